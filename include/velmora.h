@@ -1,0 +1,440 @@
+/**
+ * @file velmora.h
+ * @brief libvelmora: SEPA payment files, account checks, bank directory and MT940 statements.
+ *
+ * The library builds direct debit (ISO 20022 pain.008) and credit transfer (pain.001) files under German,
+ * Austrian and Dutch rulebooks, checks IBANs, BICs, creditor identifiers and German account numbers,
+ * answers questions about banks from a directory compiled into it, and reads MT940 account statements.
+ *
+ * Conventions that hold for every function below:
+ *
+ * 1. Results. Operations on a message or a statement parser return 1 for success and 0 for failure.
+ *    Checks and lookups return a small integer: 1 success, 0 not applicable or unsupported, -1 invalid
+ *    input, -2 not found, -3 out of memory (where a function differs, its own text says so).
+ * 2. Errors. A failing operation keeps an English text in its handle; sepa_getError() and
+ *    sepa_stmt_parser_getError() return it. It stays valid until the next failing call on the same handle
+ *    or until the handle is freed. Success does not clear it: read it only right after a 0. Nothing is ever
+ *    printed or logged.
+ * 3. Ownership. Texts handed in are copied. A message owns its copies and overwrites them with zero bytes
+ *    before it frees them. Texts and records handed out are one allocation each and belong to the caller,
+ *    who releases each with one free(). Error texts and statement records belong to their handle.
+ * 4. Null pointers. A null handle or a null text makes a call fail with the result named for invalid input;
+ *    it never crashes. The free functions ignore null.
+ * 5. Texts are zero-terminated UTF-8. Every length and limit counts bytes, not characters.
+ * 6. Amounts are doubles in euros, dates are texts of the form yyyy-mm-dd.
+ * 7. Threads. The rulebook selection, the compiled patterns and the counter in generated message ids are
+ *    process-wide and not locked: let one thread at a time use the message, IBAN and BIC functions. One
+ *    handle belongs to one thread at a time. The account check functions and statement parsers on separate
+ *    handles may run on any number of threads at once.
+ */
+#ifndef VELMORA_H
+#define VELMORA_H
+
+#include <regex.h>
+#include <stddef.h>
+#include <stdint.h>
+#include <time.h>
+
+/** Version of the library and of the PHP module; build files and packages read it from here. */
+#define VELMORA_VERSION "2.30"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------------------------------
+ * Messages
+ * --------------------------------------------------------------------------------------------------- */
+
+/** One payment message: a collection of direct debits or of credit transfers. Opaque. */
+typedef struct sepa sepa_t;
+
+/** Message types for sepa_new(). */
+enum {
+    SEPA_MSGTYPE_DDI = 1, /**< direct debit initiation, written as pain.008 */
+    SEPA_MSGTYPE_CTI = 2  /**< credit transfer initiation, written as pain.001 */
+};
+
+/** Direct debit types for sepa_setDDType(). */
+enum {
+    SEPA_DDTYPE_CORE = 0, /**< core direct debit, the type of a new message */
+    SEPA_DDTYPE_COR1 = 1, /**< core direct debit with a shortened period; older rulebooks only */
+    SEPA_DDTYPE_B2B = 2   /**< business-to-business direct debit */
+};
+
+/** Options for sepa_init(). */
+enum {
+    SEPA_INIT_RULEBOOK = 3 /**< select the rulebook */
+};
+
+/**
+ * Sets a process-wide option.
+ *
+ * @param option SEPA_INIT_RULEBOOK, the only one.
+ * @param value  the rulebook, spelled exactly "DE-2.6", "DE-2.7", "AT-6", "NL-6", "DE-2.8", "DE-2.9",
+ *               "DE-3.0", "DE-3.1", "DE-3.5" or "DE-3.7". It decides the schema version, the permitted
+ *               characters and the required properties. It holds at once for every message of the process,
+ *               for those that exist too.
+ * @return 1, or 0 for an unknown option, an unknown rulebook or null; the selection then stays as it was.
+ */
+int sepa_init(int option, const char* value);
+
+/**
+ * Creates an empty message.
+ *
+ * The first call in a process that has not selected a rulebook selects one by the local date and keeps it:
+ * "DE-3.7" from 17 April 2024 on, "DE-3.5" before.
+ *
+ * @param type SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI; it cannot be changed later.
+ * @return the message, to be released with sepa_free(); null for another type or without memory.
+ */
+sepa_t* sepa_new(uint32_t type);
+
+/** Releases a message with everything in it. All its texts are overwritten first. Null is ignored. */
+void sepa_free(sepa_t* message);
+
+/**
+ * Returns the text of the last failure of a message.
+ *
+ * @return the text, null when no call has failed yet, or "Invalid sepa_t handle (NULL)" for null.
+ */
+const char* sepa_getError(sepa_t* message);
+
+/**
+ * Releases the process-wide compiled patterns. Messages and the selected rulebook stay; a later check
+ * compiles the patterns again.
+ */
+void sepa_cleanup(void);
+
+/**
+ * Sets the message's own account: the creditor's for direct debits, the debtor's for credit transfers.
+ *
+ * @param iban an IBAN that sepa_iban_check() accepts.
+ * @return 1, or 0 with the reason and the input: "Wrong IBAN length (DE12)", for example.
+ */
+int sepa_setIBAN(sepa_t* message, const char* iban);
+
+/**
+ * Sets the BIC of the message's own account; lower case is converted. Only the form is checked (ISO 9362),
+ * not whether the directory knows it.
+ *
+ * @return 1, or 0: "sepa_setBIC: invalid BIC" (null, or longer than 11), "sepa_setBIC: invalid BIC format".
+ */
+int sepa_setBIC(sepa_t* message, const char* bic);
+
+/**
+ * Sets the name of the account holder.
+ *
+ * @param name 1 to 70 bytes of the characters that the rulebook permits in names.
+ * @return 1, or 0: "sepa_setAccount: Name too short", "sepa_setAccount: Name too long",
+ *         "sepa_setName: invalid character 'x' in name".
+ */
+int sepa_setName(sepa_t* message, const char* name);
+
+/**
+ * Sets the creditor identifier of a direct debit message (EPC262-08: country, check digits, business code,
+ * national identifier; check digits by ISO 7064 MOD 97-10 without the business code).
+ *
+ * @param identifier 7 to 35 characters, letters in upper case.
+ * @return 1, or 0: "Creditor Identifier too short", "Creditor Identifier too long",
+ *         "Invalid character in Creditor Identifier", "Invalid Creditor Identifier checksum".
+ */
+int sepa_setCreditorIdentifier(sepa_t* message, const char* identifier);
+
+/**
+ * Sets the collection or execution date of all transactions that bring none of their own. Without it
+ * sepa_toXML() uses today's local date.
+ *
+ * @param date ten characters, yyyy-mm-dd; not compared with today.
+ * @return 1, or 0: "Invalid date" (null or another length), "Invalid date format".
+ */
+int sepa_setDate(sepa_t* message, const char* date);
+
+/**
+ * Sets the type of a direct debit message.
+ *
+ * @param type SEPA_DDTYPE_CORE, SEPA_DDTYPE_B2B, or SEPA_DDTYPE_COR1 under "DE-2.7", "AT-6", "NL-6",
+ *             "DE-2.8" and "DE-2.9".
+ * @return 1, or 0: "Not a direct debit message",
+ *         "Unknown/unsupported LocalInstrumentCode (setDDType)",
+ *         "COR1 is not allowed with selected SEPA rulebook".
+ */
+int sepa_setDDType(sepa_t* message, uint32_t type);
+
+/**
+ * Chooses how the bank books the payments of one block.
+ *
+ * @param batch 1 one booking for the sum (the state of a new message), 0 one booking each.
+ * @return 1, or 0: "Invalid BatchBooking mode (only 0 or 1 allowed)".
+ */
+int sepa_setBatchBooking(sepa_t* message, uint8_t batch);
+
+/**
+ * Sets the message identification. Without it sepa_toXML() generates one.
+ *
+ * @param id 1 to 35 letters, digits, spaces and ' ( ) + , - . / : ?
+ * @return 1, or 0: "Invalid message id".
+ */
+int sepa_setMessageId(sepa_t* message, const char* id);
+
+/**
+ * Adds one payment.
+ *
+ * @param pairs texts key, value, key, value, ..., ended by a null key. Keys are matched without regard to
+ *              case; a key given twice keeps its later value. All texts are copied.
+ *
+ * Keys for both message types, with their limits in bytes: "name" (1-70), "iban", "bic", "amount" (euros,
+ * "." as decimal mark, rounded to cents), "date" (10), "id" (end-to-end identification, 1-35), "ref"
+ * (remittance information, 0-140), "addrCC" (2 capital letters), and before "DE-3.7" "addrLine1" and
+ * "addrLine2" (1-70 each). Under "DE-3.7" the structured address: "addrDept", "addrSubDept", "addrStreet",
+ * "addrFloor", "addrRoom" (1-70), "addrNum", "addrPoBox", "addrCode" (1-16), "addrBldg", "addrTown",
+ * "addrLoc", "addrDstrct", "addrCtrySub" (1-35).
+ *
+ * Direct debits also: "seq" ("FRST", "RCUR", "OOFF" or "FNAL", any case; required), "mref" (mandate
+ * reference, 1-35), "mdate" (signature date, 10), "old_mref" (1-35), "old_iban", "smnda" ("1"); any other
+ * key is refused. Credit transfers also: "purp" (purpose code, 4); any other key is ignored.
+ *
+ * "iban" and "amount" are always required, "bic" under "DE-2.6".
+ *
+ * @return 1, or 0 with the reason; the message then stays as it was but for its error text.
+ */
+int sepa_add(sepa_t* message, const char* const* pairs);
+
+/**
+ * Writes the message as an XML document in the schema version of the selected rulebook.
+ *
+ * A missing message identification and a missing date are filled in and kept, so that a second call writes
+ * the same ones. What the setters and sepa_add() accepted is not checked again.
+ *
+ * @return the whole document, UTF-8, to be released with free(); null on failure.
+ */
+char* sepa_toXML(sepa_t* message);
+
+/* ------------------------------------------------------------------------------------------------------
+ * Accounts and banks
+ * --------------------------------------------------------------------------------------------------- */
+
+/** SEPA schemes in which a BIC is reachable: bits of sepa_bank_t::flags. */
+enum {
+    SEPA_SCL_SCT = 1,  /**< credit transfer */
+    SEPA_SCL_SDD = 2,  /**< core direct debit */
+    SEPA_SCL_COR1 = 4, /**< core direct debit with a shortened period */
+    SEPA_SCL_B2B = 8   /**< business-to-business direct debit */
+};
+
+/**
+ * A bank as the directory knows it. One allocation: release it with one free(). A text that the directory
+ * does not have is null.
+ */
+typedef struct sepa_bank {
+    const char* name;
+    const char* postcode;
+    const char* city;
+    const char* country; /**< two letters */
+    const char* bic;     /**< eleven characters; empty when the bank has none */
+    uint16_t flags;      /**< SEPA_SCL_ bits from sepa_bic_getBank(), otherwise 0 */
+} sepa_bank_t;
+
+/**
+ * Checks an IBAN (ISO 13616): country, length, national format, check digits and, for German IBANs, the
+ * bank code against the directory and the account number by the bank's check-digit method.
+ *
+ * @param iban compact form, upper case, without spaces.
+ * @return 1 valid, -1 not. A German account that its method cannot check counts as valid.
+ */
+int sepa_iban_check(const char* iban);
+
+/**
+ * Finds the bank behind an Austrian, German, Liechtenstein or Swiss IBAN.
+ *
+ * @param bank where the record is stored; may be null when only the result matters.
+ * @return 1 found, 0 another country, -1 invalid IBAN, -2 unknown bank, -3 out of memory.
+ */
+int sepa_iban_getBank(const char* iban, sepa_bank_t** bank);
+
+/**
+ * Builds the IBAN for a German bank code and account number by the Deutsche Bundesbank's IBAN rules.
+ *
+ * @param country   "DE".
+ * @param account   1 to 10 digits; leading zeros may be left out.
+ * @param bank_code 8 digits.
+ * @param iban      at least 35 bytes, or null. Cleared first; filled with the IBAN and zero bytes.
+ * @param status    how the IBAN came about, or null: 0 from the data as given, 1 account replaced, 10 bank
+ *                  code unknown, 12 no IBANs for this bank code, 13 the bank code's successor was used,
+ *                  15 bank code replaced, 50 no IBAN for this account range.
+ * @return 1 built, 0 another country or an IBAN rule that the library does not know, -1 invalid input or no
+ *         IBAN by the bank's rule, -3 unknown bank code.
+ */
+int sepa_iban_convert(const char* country, const char* account, const char* bank_code, char* iban,
+                      uint8_t* status);
+
+/**
+ * Finds the BIC for an Austrian, German, Liechtenstein or Swiss IBAN. The check digits are not tested.
+ *
+ * @param bic at least 12 bytes. Cleared first; stays empty when the bank has no BIC.
+ * @return 1 found, 0 another country, -1 wrong length or null, -3 unknown bank.
+ */
+int sepa_iban_getBIC(const char* iban, char* bic);
+
+/**
+ * Finds the bank behind a national bank code.
+ *
+ * @param country "AT", "CH", "DE" or "LI", upper case.
+ * @param bank_id the bank code, up to 5 characters (Germany: 8); shorter ones are filled with leading zeros.
+ * @param bank    where the record is stored; may be null when only the result matters.
+ * @return 1 found, 0 another country, -2 unknown bank code, -3 out of memory.
+ */
+int sepa_bankid_check(const char* country, const char* bank_id, sepa_bank_t** bank);
+
+/**
+ * Finds a bank and its SEPA reachability by BIC (ISO 9362).
+ *
+ * @param bic  8 or 11 letters and digits, any case; 8 stand for the head office ("XXX").
+ * @param bank where the record is stored (name, country, BIC and flags; no address); may be null.
+ * @return 1 found, -2 invalid or unknown BIC, -3 out of memory.
+ */
+int sepa_bic_getBank(const char* bic, sepa_bank_t** bank);
+
+/**
+ * Checks a German account number by a check-digit method of the Deutsche Bundesbank ("Prüfzifferberechnungs-
+ * methoden zur Prüfung von Kontonummern").
+ *
+ * @param account 1 to 10 digits; leading zeros may be left out.
+ * @param method  the method's two characters read as a hexadecimal number: 0x13 for 13, 0xB6 for B6.
+ * @return 1 valid, 0 not checkable (no check digit, or no such method here), 2 valid after the account is
+ *         read as lacking its sub-account (method 76 only), -1 invalid.
+ */
+int sepa_account_check(const char* account, uint8_t method);
+
+/**
+ * Like sepa_account_check(), for callers who know the bank code: methods 52, 53, B6 and C0 need it and are
+ * checked here only.
+ *
+ * @param bank_code exactly 8 characters; otherwise the result is -1.
+ */
+int sepa_account_check2(const char* account, const char* bank_code, uint8_t method);
+
+/* ------------------------------------------------------------------------------------------------------
+ * Account statements (MT940)
+ * --------------------------------------------------------------------------------------------------- */
+
+/** Statement formats for sepa_stmt_parser_load(). */
+enum {
+    SEPA_STMT_FORMAT_MT940 = 1 /**< SWIFT MT940 with the German structured :86: field, CR LF line ends */
+};
+
+/** A parser with the statements of one file. Opaque. */
+typedef struct sepa_stmt_parser sepa_stmt_parser_t;
+
+/**
+ * One booking (":61:" with its ":86:"). All texts belong to the parser; a text that the statement does not
+ * have is null. Dates have day, month (0-11) and year (since 1900) only.
+ */
+typedef struct sepa_stmt_tx {
+    struct tm valuta;     /**< value date */
+    struct tm booked;     /**< booking date; all zero when the line has none */
+    uint8_t reversal;     /**< 1 for a reversal ("RC", "RD") */
+    double amount;        /**< never negative: a credit as it stands, a debit times 255 (callers rely on it) */
+    char code[4];         /**< transaction type, three characters */
+    char* ref;            /**< customer reference */
+    char* bankref;        /**< bank reference */
+    char* txtext;         /**< posting text (?00) */
+    char* primanota;      /**< journal number (?10) */
+    uint32_t gvc;         /**< business transaction code, three digits */
+    uint32_t extcode;     /**< text key extension (?34) */
+    char bank[13];        /**< counterpart's bank code or BIC (?30) */
+    char account[35];     /**< counterpart's account or IBAN (?31) */
+    char name[55];        /**< counterpart's name (?32, ?33) */
+    char* purpose;        /**< purpose lines before the first keyword, joined with line feeds */
+    char* eref;           /**< EREF+: end-to-end reference */
+    char* kref;           /**< KREF+: customer reference */
+    char* mref;           /**< MREF+: mandate reference */
+    char* cred;           /**< CRED+: creditor identifier */
+    char* debt;           /**< DEBT+: originator identifier */
+    char* purp;           /**< PURP+: purpose code */
+    char* coam;           /**< COAM+: compensation amount, "." as decimal mark */
+    char* oamt;           /**< OAMT+: original amount, "." as decimal mark */
+    char* svwz;           /**< SVWZ+: remittance information */
+    char* abwa;           /**< ABWA+: ultimate originator */
+    char* abwe;           /**< ABWE+: ultimate recipient */
+    struct sepa_stmt_tx* next;
+} sepa_stmt_tx_t;
+
+/** One statement (":20:"). Ownership and dates as in sepa_stmt_tx_t. */
+typedef struct sepa_stmt {
+    char* ref;
+    char* account;            /**< account as the bank writes it (":25:"), or null */
+    uint32_t number;          /**< statement number */
+    uint32_t page;            /**< page of that statement, 0 when not given */
+    struct tm openDate;
+    struct tm closeDate;
+    double openSaldo;         /**< opening balance, negative for a debit balance */
+    double closeSaldo;        /**< closing balance, negative for a debit balance */
+    char openCurrency[4];     /**< three letters, empty without an opening balance */
+    char closeCurrency[4];
+    sepa_stmt_tx_t* first_tx; /**< bookings in the order of the file, null when there are none */
+    sepa_stmt_tx_t* last_tx;
+    struct sepa_stmt* next;   /**< the next statement of the file */
+} sepa_stmt_t;
+
+/** Creates a parser for one file. @return the parser, or null without memory. */
+sepa_stmt_parser_t* sepa_stmt_parser_new(void);
+
+/**
+ * Reads a statement file. A parser loads once. Content that the parser does not understand never fails the
+ * load: it only cuts a statement short.
+ *
+ * @param format SEPA_STMT_FORMAT_MT940.
+ * @return 1, or 0 with the reason; statements must then not be read.
+ */
+int sepa_stmt_parser_load(sepa_stmt_parser_t* parser, uint32_t format, const char* path);
+
+/** @return the first statement of the loaded file, or null when there is none. */
+sepa_stmt_t* sepa_stmt_parser_getStatement(sepa_stmt_parser_t* parser);
+
+/** @return the text of the last failure, empty when there was none; for null a text that says so. */
+const char* sepa_stmt_parser_getError(sepa_stmt_parser_t* parser);
+
+/** Releases a parser with all statements and texts. Null is ignored. */
+void sepa_stmt_parser_free(sepa_stmt_parser_t* parser);
+
+/* ------------------------------------------------------------------------------------------------------
+ * Numbers and patterns
+ * --------------------------------------------------------------------------------------------------- */
+
+/**
+ * Parses a decimal number with "." as decimal mark whatever the locale: white space, sign, digits, exponent.
+ * The first 18 digits count. No hexadecimal forms, "inf" or "nan".
+ *
+ * @param end where the address of the first character not consumed is stored, or null; the start of the text
+ *            when it holds no number.
+ * @return the number; 0 without digits. An exponent beyond 511 sets errno to ERANGE.
+ */
+double __sepa_strtod(const char* text, char** end);
+
+/**
+ * Writes an amount with exactly two decimals, "." as decimal mark and no grouping; halves of a cent go away
+ * from zero.
+ *
+ * @param buf  receives the text, cut to its size but always terminated.
+ * @param size bytes in buf; with 0 nothing is written.
+ * @return the address of the terminating zero byte.
+ */
+char* __sepa_d2str(char* buf, size_t size, double amount);
+
+/**
+ * The platform's pattern functions, as the IBAN and BIC checks call them. Null until libc_regex_init(); a
+ * caller may put functions of its own in their place.
+ */
+extern int (*libc_regcomp)(regex_t* pattern, const char* text, int flags);
+extern int (*libc_regexec)(const regex_t* pattern, const char* text, size_t count, regmatch_t* matches, int flags);
+extern void (*libc_regfree)(regex_t* pattern);
+
+/** Fills the three pointers above from the loaded C library, unless libc_regcomp is set already. */
+void libc_regex_init(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

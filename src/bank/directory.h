@@ -1,0 +1,36 @@
+// The bank directory: constant records found through a minimal perfect hash.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace velmora {
+
+// What the directory says of one national bank code. The texts point into `text`; a text is null when the
+// record ends before it.
+struct DirectoryEntry {
+    const char* bic;
+    const char* name;
+    const char* postcode;
+    const char* city;
+    const char* country;
+    std::uint8_t deleted;     // 1: the bank code is marked for deletion (Germany)
+    const char* successor;    // eight digits or empty (Germany); null for other countries
+    std::uint8_t method;      // check-digit method code (Germany)
+    std::uint32_t iban_rule;  // rule number * 100 + version (Germany)
+    char text[192];           // the selected version, cut into its fields
+};
+
+// Slot of a key, or -1 for a key that cannot be one: not 6 to 15 characters of "0" to "z".
+int directory_hash(std::string_view key);
+
+// Record at a slot: key, header bytes and texts up to the record's end. Empty for a slot outside the table.
+std::string_view directory_record(int slot);
+
+int directory_size();
+
+// Finds the bank behind a bank code ("AT", "CH", "DE", "LI"); 1 found, 0 not. German records that announce
+// new data give them from the release's change date on.
+int directory_lookup(const char* country, const char* bank_id, DirectoryEntry* out);
+
+}  // namespace velmora

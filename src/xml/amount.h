@@ -1,0 +1,21 @@
+// Rounding of amounts; the parser and formatter of amounts are in the public header.
+#pragma once
+
+#include <cstdint>
+
+namespace velmora {
+
+// The nearest whole number, halves away from zero. Written here because libc leaves it to libm.
+inline double round_half_away(double value) {
+    constexpr double all_whole = 4503599627370496.0;  // 2^52: no fractions from here on
+    if (!(value > -all_whole && value < all_whole)) return value;
+    const auto whole = static_cast<double>(static_cast<std::int64_t>(value));
+    const double rest = value - whole;
+    if (rest >= 0.5) return whole + 1;
+    if (rest <= -0.5) return whole - 1;
+    return whole;
+}
+
+inline double round_to_cents(double amount) { return round_half_away(amount * 100.0) / 100.0; }
+
+}  // namespace velmora

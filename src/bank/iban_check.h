@@ -15,4 +15,4 @@ int iban_mod97(const char* iban, std::size_t length);
 // Releases the compiled national formats.
 void iban_release_patterns();
 
-}  // namespace velmora
+} // namespace velmora

@@ -1,0 +1,69 @@
+#include "message/message.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+#include "bank/bic.h"
+#include "bank/iban_check.h"
+#include "message/rulebook.h"
+
+namespace velmora {
+
+int fail(sepa_t* message, const char* text) {
+    message->last_error = text;
+    return 0;
+}
+
+int fail_with(sepa_t* message, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(message->error_buffer, sizeof message->error_buffer, format, arguments);
+    va_end(arguments);
+    return fail(message, message->error_buffer);
+}
+
+} // namespace velmora
+
+using namespace velmora;
+
+int sepa_init(int option, const char* value) {
+    if (option != SEPA_INIT_RULEBOOK || value == nullptr) return 0;
+    const Rulebook rulebook = rulebook_by_name(value);
+    if (rulebook == Rulebook::none) return 0;
+    selected_rulebook = rulebook;
+    return 1;
+}
+
+sepa_t* sepa_new(uint32_t type) {
+    // Before the type is looked at: a refused call settles the rulebook, too.
+    if (selected_rulebook == Rulebook::none) selected_rulebook = rulebook_of_today();
+    if (type != SEPA_MSGTYPE_DDI && type != SEPA_MSGTYPE_CTI) return nullptr;
+    void* memory = std::malloc(sizeof(sepa_t));
+    if (memory == nullptr) return nullptr;
+    auto* message = new (memory) sepa_t;
+    message->type = type;
+    return message;
+}
+
+void sepa_free(sepa_t* message) {
+    if (message == nullptr) return;
+    for (Transaction* transaction = message->first; transaction != nullptr;) {
+        Transaction* next = transaction->next;
+        free_transaction(transaction);
+        transaction = next;
+    }
+    message->~sepa_t();
+    explicit_bzero(static_cast<void*>(message), sizeof *message); // the error buffer may quote an account
+    std::free(message);
+}
+
+const char* sepa_getError(sepa_t* message) {
+    return message == nullptr ? "Invalid sepa_t handle (NULL)" : message->last_error;
+}
+
+void sepa_cleanup(void) {
+    iban_release_patterns();
+    bic_release_pattern();
+}

@@ -49,7 +49,9 @@ public:
 
     explicit operator bool() const { return text_ != nullptr; }
     const char* c_str() const { return text_; }
-    std::string_view view() const { return text_ == nullptr ? std::string_view() : std::string_view(text_, size()); }
+    std::string_view view() const {
+        return text_ == nullptr ? std::string_view() : std::string_view(text_, size());
+    }
 
 private:
     static constexpr std::size_t header_size = sizeof(std::size_t);
@@ -63,4 +65,4 @@ private:
     char* text_ = nullptr;
 };
 
-}  // namespace velmora
+} // namespace velmora

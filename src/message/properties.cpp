@@ -1,0 +1,239 @@
+#include "message/properties.h"
+
+#include <strings.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cmath>
+
+#include "bank/bic.h"
+#include "bank/iban_check.h"
+#include "message/characters.h"
+#include "message/rulebook.h"
+#include "xml/amount.h"
+
+namespace velmora {
+namespace {
+
+enum class Kind : std::uint8_t {
+    text,
+    address_line,
+    mandate_reference,
+    country,
+    iban,
+    bic,
+    sequence,
+    amount,
+    smnda,
+    address_refused
+};
+enum class Characters : std::uint8_t { any, identifier, text, name };
+
+constexpr std::uint8_t ddi = 1, cti = 2, both = ddi | cti;
+
+// The last three columns: limits in bytes, the text when they are not kept, and what the value is called in
+// the text about a forbidden character.
+struct Property {
+    char key[11];
+    std::uint8_t messages;
+    Kind kind;
+    Field field;
+    Characters characters;
+    std::uint8_t shortest, longest;
+    char length_text[72];
+    char value_name[36];
+};
+
+constexpr Field no_field = Field::count;
+
+// Deliberate: the length text of address line 2 speaks of line 1 (callers match on it).
+constexpr Property properties[] = {
+    {"name", ddi, Kind::text, Field::name, Characters::name, 1, 70, "Invalid name (must be 1-70 characters)",
+     "debtor name"},
+    {"name", cti, Kind::text, Field::name, Characters::name, 1, 70, "Invalid name (must be 1-70 characters)",
+     "creditor name"},
+    {"iban", both, Kind::iban, Field::iban, Characters::any, 0, 0, "", ""},
+    {"bic", both, Kind::bic, Field::bic, Characters::any, 0, 0, "", ""},
+    {"addrCC", both, Kind::country, Field::country, Characters::any, 2, 2, "Invalid country code", ""},
+    {"addrLine1", both, Kind::address_line, Field::address_line_1, Characters::name, 1, 70,
+     "Invalid address line 1 (must be 1-70 chars)", "address line 1"},
+    {"addrLine2", both, Kind::address_line, Field::address_line_2, Characters::name, 1, 70,
+     "Invalid address line 1 (must be 1-70 chars)", "address line 2"},
+    {"addrDept", ddi, Kind::address_refused, no_field, Characters::any, 0, 0, "", ""},
+    {"seq", ddi, Kind::sequence, no_field, Characters::any, 0, 0, "", ""},
+    {"amount", both, Kind::amount, no_field, Characters::any, 0, 0, "", ""},
+    {"date", both, Kind::text, Field::date, Characters::any, 10, 10,
+     "Invalid execution date (format: yyyy-mm-dd)", ""},
+    {"id", both, Kind::text, Field::end_to_end_id, Characters::text, 1, 35,
+     "Invalid end-to-end ID (must be 1-35 characters)", "end-to-end ID"},
+    {"mref", ddi, Kind::mandate_reference, Field::mandate_reference, Characters::identifier, 1, 35,
+     "Invalid mandate reference (must be 1-35 characters)", "mandate reference"},
+    {"mdate", ddi, Kind::text, Field::mandate_date, Characters::any, 10, 10,
+     "Invalid mandate signature date (format: yyyy-mm-dd)", ""},
+    {"old_mref", ddi, Kind::text, Field::original_mandate_reference, Characters::identifier, 1, 35,
+     "Invalid old mandate reference (must be 1-35 characters)", "old mandate reference"},
+    {"old_iban", ddi, Kind::iban, Field::original_iban, Characters::any, 0, 0, "", ""},
+    {"smnda", ddi, Kind::smnda, no_field, Characters::any, 0, 0, "", ""},
+    {"ref", both, Kind::text, Field::remittance, Characters::name, 0, 140,
+     "Invalid unstructured remittance information (must be 0-140 characters)",
+     "unstructured remittance information"},
+    {"purp", cti, Kind::text, Field::purpose, Characters::any, 4, 4, "Invalid purpose (must be 4 characters)",
+     ""},
+};
+
+// In the order of the fields from first_structured_field on.
+constexpr PropertyRow structured_address_properties[structured_field_count] = {
+    {"addrDept", text_of_70_bytes},    {"addrSubDept", text_of_70_bytes}, {"addrStreet", text_of_70_bytes},
+    {"addrNum", text_of_16_bytes},     {"addrBldg", text_of_35_bytes},    {"addrFloor", text_of_70_bytes},
+    {"addrPoBox", text_of_16_bytes},   {"addrRoom", text_of_70_bytes},    {"addrCode", text_of_16_bytes},
+    {"addrTown", text_of_35_bytes},    {"addrLoc", text_of_35_bytes},     {"addrDstrct", text_of_35_bytes},
+    {"addrCtrySub", text_of_35_bytes},
+};
+
+const Property* find_property(const char* key, std::uint32_t message_type) {
+    const std::uint8_t message = message_type == SEPA_MSGTYPE_DDI ? ddi : cti;
+    const int first = std::tolower(static_cast<unsigned char>(*key));
+    for (const Property& property : properties)
+        if (property.key[0] == first && (property.messages & message) != 0 &&
+            strcasecmp(property.key, key) == 0)
+            return &property;
+    return nullptr;
+}
+
+bool refuse(sepa_t* message, const char* text) {
+    fail(message, text);
+    return false;
+}
+
+bool store(sepa_t* message, OwnedText& slot, std::string_view text) {
+    return slot.assign(text) || refuse(message, "Out of memory");
+}
+
+bool set_text(sepa_t* message, Transaction& transaction, const Property& property, const char* value) {
+    if (value == nullptr) return refuse(message, property.length_text);
+    const std::string_view text(value, strnlen(value, property.longest + std::size_t{1}));
+    if (text.size() < property.shortest || text.size() > property.longest)
+        return refuse(message, property.length_text);
+    if (property.characters != Characters::any) {
+        auto set = static_cast<CharacterSet>(static_cast<int>(property.characters) -
+                                             static_cast<int>(Characters::identifier));
+        if (property.kind == Kind::mandate_reference &&
+            permits_spaces_in_mandate_reference(selected_rulebook))
+            set = CharacterSet::text;
+        if (const char* c = find_forbidden_character(text, set, selected_rulebook)) {
+            fail_with(message, "Invalid character '%c' in %s", *c, property.value_name);
+            return false;
+        }
+    }
+    return store(message, transaction[property.field], text);
+}
+
+bool set_country(sepa_t* message, Transaction& transaction, const Property& property, const char* value) {
+    const auto is_capital = [](char c) { return c >= 'A' && c <= 'Z'; };
+    if (value == nullptr || !is_capital(value[0]) || !is_capital(value[1]) || value[2] != '\0')
+        return refuse(message, property.length_text);
+    return store(message, transaction[property.field], value);
+}
+
+bool set_iban(sepa_t* message, Transaction& transaction, const Property& property, const char* value) {
+    const char* reason = nullptr;
+    if (iban_validate(value, &reason) != 1) return refuse(message, reason);
+    return store(message, transaction[property.field], value);
+}
+
+bool set_bic(sepa_t* message, Transaction& transaction, const Property& property, const char* value) {
+    char buffer[longest_bic + 1];
+    const char* upper = upper_case_bic(value, buffer);
+    if (upper == nullptr) return refuse(message, "Invalid BIC");
+    if (!is_bic(upper)) return refuse(message, "Invalid BIC format");
+    return store(message, transaction[property.field], upper);
+}
+
+bool set_sequence_type(sepa_t* message, Transaction& transaction, const char* value) {
+    for (std::size_t i = 0; value != nullptr && i < sequence_type_count; ++i) {
+        if (strcasecmp(value, sequence_type_names[i]) != 0) continue;
+        transaction.sequence_type = static_cast<std::uint32_t>(frst + i);
+        return true;
+    }
+    return refuse(message, "Invalid/unknown sequence type");
+}
+
+bool set_amount(sepa_t* message, Transaction& transaction, const char* value) {
+    if (value == nullptr) return refuse(message, "Invalid amount");
+    char* end = nullptr;
+    errno = 0;
+    const double amount = __sepa_strtod(value, &end);
+    const bool out_of_range = errno == ERANGE;
+    if (*end != '\0') return refuse(message, "Invalid amount");
+    if (amount == 0) return refuse(message, out_of_range ? "Invalid amount" : "Empty amount not allowed");
+    const bool is_infinite = std::isinf(amount);
+    if (is_infinite && out_of_range) return refuse(message, "Invalid amount");
+    if (amount < 0) return refuse(message, "Negative or zero amount not allowed");
+    if (is_infinite) return refuse(message, "Invalid amount");
+    transaction.amount = round_to_cents(amount);
+    return true;
+}
+
+bool set_smnda(sepa_t* message, Transaction& transaction, const char* value) {
+    if (value == nullptr || std::strcmp(value, "1") != 0) {
+        fail_with(message, "Invalid value '%s' for SMNDA flag", value == nullptr ? "(null)" : value);
+        return false;
+    }
+    transaction.same_mandate_new_agent = 1;
+    return true;
+}
+
+// True when the key is one of the structured address; `accepted` then tells how its value was taken.
+bool set_structured_address(sepa_t* message, Transaction& transaction, const char* key, const char* value,
+                            bool& accepted) {
+    OwnedText* slots = &transaction[first_structured_field];
+    if (!property_set(key, value, structured_address_properties, slots, &message->last_error,
+                      message->error_buffer))
+        return false;
+    // Deliberate: any error text counts, also one that an earlier call left behind (callers rely on it).
+    accepted = message->last_error == nullptr;
+    return true;
+}
+
+} // namespace
+
+bool set_property(sepa_t* message, Transaction& transaction, const char* key, const char* value) {
+    bool accepted = false;
+    if (uses_structured_address(selected_rulebook) &&
+        set_structured_address(message, transaction, key, value, accepted))
+        return accepted;
+
+    const Property* property = find_property(key, message->type);
+    if (property == nullptr) {
+        // Deliberate: credit transfers ignore what they do not know, direct debits refuse it.
+        if (message->type == SEPA_MSGTYPE_CTI) return true;
+        fail_with(message, "Invalid transaction property '%s'", key);
+        return false;
+    }
+    switch (property->kind) {
+    case Kind::address_line:
+        if (uses_structured_address(selected_rulebook))
+            return refuse(message, "selected SEPA rulebook requires structured address data");
+        return set_text(message, transaction, *property, value);
+    case Kind::text:
+    case Kind::mandate_reference:
+        return set_text(message, transaction, *property, value);
+    case Kind::country:
+        return set_country(message, transaction, *property, value);
+    case Kind::iban:
+        return set_iban(message, transaction, *property, value);
+    case Kind::bic:
+        return set_bic(message, transaction, *property, value);
+    case Kind::sequence:
+        return set_sequence_type(message, transaction, value);
+    case Kind::amount:
+        return set_amount(message, transaction, value);
+    case Kind::smnda:
+        return set_smnda(message, transaction, value);
+    case Kind::address_refused:
+        return refuse(message, "selected SEPA rulebook does not support structured address data");
+    }
+    return false;
+}
+
+} // namespace velmora

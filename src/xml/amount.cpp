@@ -12,11 +12,13 @@ namespace velmora {
 namespace {
 
 constexpr int significant_digits = 18;
-constexpr int low_digits = 9;  // the last nine significant digits are gathered apart from those before
+constexpr int low_digits = 9; // the last nine significant digits are gathered apart from those before
 constexpr int largest_exponent = 511;
 constexpr double powers_of_ten[] = {1.0e1, 1.0e2, 1.0e4, 1.0e8, 1.0e16, 1.0e32, 1.0e64, 1.0e128, 1.0e256};
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
+bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 double power_of_ten(int exponent) {
     double power = 1.0;
@@ -29,7 +31,7 @@ double power_of_ten(int exponent) {
 struct Mantissa {
     std::int64_t high = 0;
     std::int64_t low = 0;
-    int exponent = 0;  // of the significant digits read as a whole number
+    int exponent = 0; // of the significant digits read as a whole number
     bool empty = true;
     const char* end = nullptr;
 };
@@ -78,14 +80,14 @@ int read_exponent(const char*& p) {
 // Cents as a whole number; amounts beyond its range stop at its ends.
 std::int64_t to_cents(double amount) {
     const double cents = round_half_away(amount * 100.0);
-    constexpr double range = 9223372036854775808.0;  // 2^63
+    constexpr double range = 9223372036854775808.0; // 2^63
     if (cents >= range) return std::numeric_limits<std::int64_t>::max();
     if (cents < -range) return std::numeric_limits<std::int64_t>::min();
     return cents == cents ? static_cast<std::int64_t>(cents) : 0;
 }
 
-}  // namespace
-}  // namespace velmora
+} // namespace
+} // namespace velmora
 
 double __sepa_strtod(const char* text, char** end) {
     using namespace velmora;
@@ -93,7 +95,8 @@ double __sepa_strtod(const char* text, char** end) {
     if (text == nullptr) return 0.0;
 
     const char* p = text;
-    while (std::isspace(static_cast<unsigned char>(*p))) ++p;
+    while (std::isspace(static_cast<unsigned char>(*p)))
+        ++p;
     const bool negative = *p == '-';
     if (*p == '-' || *p == '+') ++p;
 
@@ -119,7 +122,7 @@ char* __sepa_d2str(char* buf, size_t size, double amount) {
     using namespace velmora;
     if (size == 0 || buf == nullptr) return buf;
     char* p = buf;
-    const char* const last = buf + size - 1;  // kept for the terminator
+    const char* const last = buf + size - 1; // kept for the terminator
     const auto put = [&](char c) {
         if (p < last) *p++ = c;
     };
@@ -128,7 +131,8 @@ char* __sepa_d2str(char* buf, size_t size, double amount) {
     std::uint64_t cents = static_cast<std::uint64_t>(signed_cents);
     if (signed_cents < 0) cents = 0 - cents;
     std::uint64_t divisor = 10;
-    while (divisor <= cents / 10) divisor *= 10;
+    while (divisor <= cents / 10)
+        divisor *= 10;
 
     if (signed_cents < 0) put('-');
     if (cents <= 99) {

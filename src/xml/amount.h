@@ -7,7 +7,7 @@ namespace velmora {
 
 // The nearest whole number, halves away from zero. Written here because libc leaves it to libm.
 inline double round_half_away(double value) {
-    constexpr double all_whole = 4503599627370496.0;  // 2^52: no fractions from here on
+    constexpr double all_whole = 4503599627370496.0; // 2^52: no fractions from here on
     if (!(value > -all_whole && value < all_whole)) return value;
     const auto whole = static_cast<double>(static_cast<std::int64_t>(value));
     const double rest = value - whole;
@@ -16,6 +16,8 @@ inline double round_half_away(double value) {
     return whole;
 }
 
-inline double round_to_cents(double amount) { return round_half_away(amount * 100.0) / 100.0; }
+inline double round_to_cents(double amount) {
+    return round_half_away(amount * 100.0) / 100.0;
+}
 
-}  // namespace velmora
+} // namespace velmora

@@ -18,14 +18,18 @@ int resize(sepa_buf_t* buffer, std::uint64_t size) {
 // What a byte becomes in element content; empty when it stays itself.
 constexpr std::string_view replacement(char c) {
     switch (c) {
-    case '<': return "&lt;";
-    case '>': return "&gt;";
-    case '&': return "&amp;";
-    default: return {};
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '&':
+        return "&amp;";
+    default:
+        return {};
     }
 }
 
-}  // namespace
+} // namespace
 
 int sepa_buf_grow(sepa_buf_t* buffer, std::uint64_t need) {
     if (buffer->size - buffer->len >= need) return 1;
@@ -59,4 +63,4 @@ int sepa_buf_append_escaped(sepa_buf_t* buffer, std::string_view text) {
     return 1;
 }
 
-}  // namespace velmora
+} // namespace velmora

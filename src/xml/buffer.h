@@ -42,4 +42,4 @@ inline int sepa_buf_append_strs(sepa_buf_t* buffer, const Texts&... texts) {
 // text is left out then.
 int sepa_buf_append_escaped(sepa_buf_t* buffer, std::string_view text);
 
-}  // namespace velmora
+} // namespace velmora

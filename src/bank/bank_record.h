@@ -11,4 +11,4 @@ namespace velmora {
 sepa_bank_t* make_bank_record(const char* name, const char* postcode, const char* city, const char* country,
                               const char* bic, std::uint16_t flags);
 
-}  // namespace velmora
+} // namespace velmora

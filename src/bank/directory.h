@@ -14,11 +14,11 @@ struct DirectoryEntry {
     const char* postcode;
     const char* city;
     const char* country;
-    std::uint8_t deleted;     // 1: the bank code is marked for deletion (Germany)
-    const char* successor;    // eight digits or empty (Germany); null for other countries
-    std::uint8_t method;      // check-digit method code (Germany)
-    std::uint32_t iban_rule;  // rule number * 100 + version (Germany)
-    char text[192];           // the selected version, cut into its fields
+    std::uint8_t deleted;    // 1: the bank code is marked for deletion (Germany)
+    const char* successor;   // eight digits or empty (Germany); null for other countries
+    std::uint8_t method;     // check-digit method code (Germany)
+    std::uint32_t iban_rule; // rule number * 100 + version (Germany)
+    char text[192];          // the selected version, cut into its fields
 };
 
 // Slot of a key, or -1 for a key that cannot be one: not 6 to 15 characters of "0" to "z".
@@ -29,8 +29,21 @@ std::string_view directory_record(int slot);
 
 int directory_size();
 
+// The record that begins with a key; empty when there is none.
+std::string_view directory_find(std::string_view key);
+
+// Whether the directory has bank codes of a country: "AT", "CH", "DE" and "LI".
+bool directory_covers(const char* country);
+
 // Finds the bank behind a bank code ("AT", "CH", "DE", "LI"); 1 found, 0 not. German records that announce
 // new data give them from the release's change date on.
 int directory_lookup(const char* country, const char* bank_id, DirectoryEntry* out);
 
-}  // namespace velmora
+// Whether directory_lookup() would find the bank.
+bool directory_contains(const char* country, const char* bank_id);
+
+// Check-digit method code of a German bank code of eight characters, or -1 when there is no such bank: all
+// that an account check needs of a bank, without its texts.
+int directory_check_method(std::string_view bank_code);
+
+} // namespace velmora

@@ -1,0 +1,147 @@
+"""What the bank directory holds, and how each record looks in the library."""
+
+import dataclasses
+import datetime
+import re
+
+# A lookup copies a version's texts, or a whole BIC record, into a buffer of this size.
+TEXT_BUFFER = 192
+
+
+class DataError(Exception):
+    """Input or data that must not become a directory."""
+
+
+@dataclasses.dataclass(frozen=True)
+class Bank:
+    """An Austrian or Swiss bank code."""
+
+    bic: str
+    name: str
+    postcode: str
+    town: str
+    country: str
+
+    def texts(self):
+        return (self.bic, self.name, self.postcode, self.town, self.country)
+
+
+@dataclasses.dataclass(frozen=True)
+class GermanVersion:
+    """What holds for a German bank code, from the start or from the change date on."""
+
+    deleted: int
+    method: int
+    iban_rule: int  # rule number * 100 + version
+    successor: str
+    bic: str
+    name: str
+    postcode: str
+    town: str
+
+    def header(self):
+        return bytes((self.deleted, self.method)) + self.iban_rule.to_bytes(2, "big")
+
+    def texts(self):
+        return (self.successor, self.bic, self.name, self.postcode, self.town, "DE")
+
+
+@dataclasses.dataclass(frozen=True)
+class Reachability:
+    """The payment schemes in which a BIC is reachable: 1 SCT, 2 SDD core, 4 COR1, 8 SDD B2B."""
+
+    flags: int
+    name: str
+
+
+@dataclasses.dataclass
+class Directory:
+    """All lists, each a dictionary by bank code or BIC; `sources` says where each list comes from."""
+
+    german: dict  # bank code -> one GermanVersion, or two: now and from the change date on
+    austrian: dict
+    swiss: dict
+    bics: dict
+    change_date: datetime.date
+    sources: dict
+
+
+@dataclasses.dataclass(frozen=True)
+class Record:
+    """One record: its key and the byte strings that follow it, text and binary parts apart."""
+
+    key: bytes
+    parts: tuple
+    versions: int = 1
+
+    def content(self):
+        return self.key + b"".join(self.parts)
+
+
+def records(directory):
+    """The records in slot order, which is the ascending byte order of their keys."""
+    result = []
+    for bic, entry in directory.bics.items():
+        result.append(Record(bic.encode(), (bytes((entry.flags,)), entry.name.encode())))
+    for country, banks in (("AT", directory.austrian), ("CH", directory.swiss)):
+        for code, bank in banks.items():
+            # The key is always eight characters long: a shorter identifier is filled from its BIC.
+            content = f"_{country}{code}{'|'.join(bank.texts())}".encode()
+            result.append(Record(content[:8], (content[8:],)))
+    for code, versions in directory.german.items():
+        parts = []
+        for version in versions:
+            parts += [b"|"] if parts else []
+            parts += [version.header(), "|".join(version.texts()).encode()]
+        result.append(Record(f"_DE{code}".encode(), tuple(parts), len(versions)))
+    return sorted(result, key=lambda record: record.key)
+
+
+def change_seconds(date):
+    """The first second of a day in Germany, in seconds since the epoch."""
+    def last_sunday(month):
+        last = datetime.date(date.year, month, 31)
+        return last - datetime.timedelta(days=last.isoweekday() % 7)
+
+    summer = last_sunday(3) < date <= last_sunday(10)
+    midnight = datetime.datetime(date.year, date.month, date.day, tzinfo=datetime.timezone.utc)
+    return int(midnight.timestamp()) - 3600 * (2 if summer else 1)
+
+
+def check(directory):
+    """Refuses data that the library could not find or would cut."""
+    def require(condition, key, problem):
+        if not condition:
+            raise DataError(f"{key}: {problem}")
+
+    def check_texts(key, texts, buffer):
+        for text in texts:
+            require(text.isprintable() and "|" not in text, key, f"unusable text {text!r}")
+        require(len("|".join(texts).encode()) < buffer, key, "texts too long")
+
+    def check_bic(key, bic, optional=True):
+        require(re.fullmatch("[A-Z0-9]{11}", bic) or (optional and not bic), key, f"invalid BIC {bic!r}")
+
+    for code, versions in directory.german.items():
+        require(re.fullmatch("[0-9]{8}", code), code, "not a German bank code")
+        require(len(versions) in (1, 2), code, "more than two versions")
+        for version in versions:
+            require(version.deleted in (0, 1), code, "deletion flag is neither 0 nor 1")
+            require(0 <= version.method <= 0xFF, code, "invalid check method")
+            require(0 <= version.iban_rule <= 0xFFFF, code, "invalid IBAN rule")
+            require(re.fullmatch("([0-9]{8})?", version.successor), code, "invalid successor")
+            check_bic(code, version.bic)
+            check_texts(code, version.texts(), TEXT_BUFFER)
+    for banks, codes in ((directory.austrian, "[0-9]{3,5}"), (directory.swiss, "[0-9]{5}")):
+        for code, bank in banks.items():
+            require(re.fullmatch(codes, code), code, "not a bank code")
+            require(re.fullmatch("([A-Z]{2})?", bank.country), code, "invalid country")
+            check_bic(code, bank.bic, optional=len(code) == 5)
+            check_texts(code, bank.texts(), TEXT_BUFFER)
+    for bic, entry in directory.bics.items():
+        check_bic(bic, bic, optional=False)
+        require(0 <= entry.flags <= 0xF, bic, "invalid scheme flags")
+        check_texts(bic, (entry.name,), TEXT_BUFFER - 12)
+    keys = [record.key for record in records(directory)]
+    for before, key in zip(keys, keys[1:]):
+        require(before != key, key.decode(), "two records with this key")

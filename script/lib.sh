@@ -1,0 +1,49 @@
+# What the scripts of this folder share; each sources it first. They work from the project's root folder.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+export LC_ALL=C.UTF-8
+export CMAKE_GENERATOR=Ninja
+
+build_packages=(g++ cmake ninja-build)
+demo_packages=("${build_packages[@]}" libxml2-utils unzip)
+test_packages=("${demo_packages[@]}" clang clang-format clang-tidy libclang-rt-14-dev libfaketime libgtest-dev
+               php-cli php-dev python3)
+bench_packages=("${build_packages[@]}" libbenchmark-dev libktoblzcheck1-dev libxml2-dev valgrind)
+
+# quietly NAME COMMAND...: runs the command with its output in build/log/NAME.log, which is shown if it fails.
+quietly() {
+    local log=build/log/$1.log
+    shift
+    mkdir -p build/log
+    if ! "$@" >"$log" 2>&1; then
+        cat "$log" >&2
+        echo "Failed: $*" >&2
+        exit 1
+    fi
+}
+
+as_root() {
+    if ((EUID == 0)); then "$@"; else sudo "$@"; fi
+}
+
+# require_packages NAME...: installs what is missing; needs the network only then.
+require_packages() {
+    local package missing=()
+    for package; do
+        if [[ $(dpkg-query --show --showformat '${db:Status-Status}' "$package" 2>/dev/null) != installed ]]; then
+            missing+=("$package")
+        fi
+    done
+    if ((${#missing[@]})); then
+        echo "Installing ${missing[*]}"
+        quietly apt-update as_root apt-get update -q
+        quietly apt-install as_root env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -q -y --no-install-recommends "${missing[@]}"
+    fi
+}
+
+# configure_and_build PRESET FOLDER: a build that CMakePresets.json describes.
+configure_and_build() {
+    quietly "configure-$1" cmake --preset "$1"
+    quietly "build-$1" cmake --build "$2"
+}

@@ -42,6 +42,9 @@
 extern "C" {
 #endif
 
+/* The library is compiled with hidden visibility: what stands here is what leaves it. */
+#pragma GCC visibility push(default)
+
 /* ------------------------------------------------------------------------------------------------------
  * Messages
  * --------------------------------------------------------------------------------------------------- */
@@ -432,6 +435,8 @@ extern void (*libc_regfree)(regex_t* pattern);
 
 /** Fills the three pointers above from the loaded C library, unless libc_regcomp is set already. */
 void libc_regex_init(void);
+
+#pragma GCC visibility pop
 
 #ifdef __cplusplus
 }

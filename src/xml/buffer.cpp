@@ -31,6 +31,10 @@ constexpr std::string_view replacement(char c) {
 
 } // namespace
 
+int sepa_buf_start(sepa_buf_t* buffer, std::uint64_t size) {
+    return resize(buffer, size);
+}
+
 int sepa_buf_grow(sepa_buf_t* buffer, std::uint64_t need) {
     if (buffer->size - buffer->len >= need) return 1;
     return resize(buffer, (buffer->len + need) / growth_step * growth_step + growth_step);

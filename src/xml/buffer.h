@@ -13,6 +13,9 @@ struct sepa_buf_t {
     std::uint64_t size = 0; // bytes allocated
 };
 
+// Gives an empty buffer its first bytes. 0 without memory.
+int sepa_buf_start(sepa_buf_t* buffer, std::uint64_t size);
+
 // Makes room for `need` more bytes; 0 without memory, the buffer is then unchanged.
 int sepa_buf_grow(sepa_buf_t* buffer, std::uint64_t need);
 

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace velmora {
 
@@ -115,6 +116,10 @@ template <typename... Variant>
     CheckResult result = account_invalid;
     (void)(((result = variant(account)) != account_invalid) || ...);
     return result;
+}
+
+constexpr bool starts_with(const char* account, std::string_view digits) {
+    return std::string_view(account, P10 + 1).starts_with(digits);
 }
 
 // The decimal number that two positions and those between them make.

@@ -1,0 +1,38 @@
+#include "checkdigit/methods.h"
+
+namespace velmora {
+namespace {
+
+constexpr MethodRoutine none = nullptr;
+
+// 256 entries, indexed by the two hexadecimal digits of the code. A row names its columns 0 to 9; A to F stay
+// empty. 52, 53, B6 and C0 are not here: they need the bank code.
+constexpr MethodRoutine method_table[16][16] = {
+    {method_00, method_01, method_02, method_03, method_04, method_05, method_06, method_07, method_08,
+     method_09},
+    {method_10, method_11, none, method_13, method_14, method_15, method_16, method_17, method_18, method_19},
+    {method_20, method_21, method_22, method_23, method_24, method_25, method_26, method_27, method_28,
+     method_29},
+    {method_30, method_31, method_32, method_33, method_34, none, none, none, method_38, none},
+    {method_40, method_41, method_42, method_43, method_44, method_45, method_46, method_47, method_48,
+     method_49},
+    {method_50, method_51, none, none, none, method_55, method_56, method_57, method_58, method_59},
+    {method_60, method_61, none, method_63, method_64, method_65, method_66, method_67, method_68, none},
+    {none, method_71, none, method_73, method_74, method_75, method_76, none, method_78, none},
+    {none, method_81, none, none, method_84, method_85, none, method_87, method_88, none},
+    {method_90, method_91, method_92, method_93, method_94, method_95, method_96, none, method_98, method_99},
+    {none, method_A1, method_A2, method_A3, method_A4, method_A5, method_A6, method_A7, method_A8, method_A9},
+    {none, method_B1, method_B2, method_B3, none, method_B5, none, method_B7, method_B8, method_B9},
+    {none, method_C1, method_C2, method_C3, method_C4, method_C5, method_C6, method_C7, method_C8, method_C9},
+    {method_D0, method_D1, method_D2, method_D3, method_D4, method_D5, method_D6, method_D7, method_D8,
+     method_D9},
+    {method_E0, method_E1, method_E2, method_E3, method_E4, none, none, none, none, none},
+};
+
+} // namespace
+
+MethodRoutine method_routine(std::uint8_t code) {
+    return method_table[code >> 4][code & 15];
+}
+
+} // namespace velmora

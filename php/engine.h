@@ -1,0 +1,36 @@
+/* The PHP engine as the binding sees it: its headers, and everything in which the engine versions 7.2 to 8.4
+ * differ. No other file asks for the version. */
+#pragma once
+
+/* First, because a reference becomes weak only when this is said before its first use. */
+#include "engine_symbols.h"
+
+#include <php.h>
+
+#include <Zend/zend_exceptions.h>
+#include <Zend/zend_interfaces.h>
+#include <ext/standard/info.h>
+
+/* Writes a number into a variable passed by reference. Typed references (7.4) convert it or throw. */
+static inline void engine_assign_number(zval* variable, zend_long number) {
+    if (!Z_ISREF_P(variable)) return; /* a by-value call: nobody would see it */
+#ifdef ZEND_TRY_ASSIGN_REF_LONG
+    ZEND_TRY_ASSIGN_REF_LONG(variable, number);
+#else
+    zval old;
+    variable = Z_REFVAL_P(variable);
+    ZVAL_COPY_VALUE(&old, variable);
+    ZVAL_LONG(variable, number);
+    zval_ptr_dtor(&old);
+#endif
+}
+
+/* Forbids serialisation. From 8.1 on the generated registration sets the class flag for that. */
+static inline void engine_forbid_serialisation(zend_class_entry* entry) {
+#ifdef ZEND_ACC_NOT_SERIALIZABLE
+    (void)entry;
+#else
+    entry->serialize = zend_class_serialize_deny;
+    entry->unserialize = zend_class_unserialize_deny;
+#endif
+}

@@ -1,0 +1,43 @@
+/* The PHP module "SEPA": its entry, start-up and information block. The classes are in sepa_class.c and
+ * statement_parser_class.c, their method tables and the constants come from sepa.stub.php. */
+#include "binding.h"
+
+#if PHP_MAJOR_VERSION >= 8
+#include "sepa_arginfo.h"
+#else
+#include "sepa_legacy_arginfo.h"
+#endif
+
+zend_class_entry* sepa_ce_exception;
+
+static PHP_MINIT_FUNCTION(sepa) {
+    (void)type;
+    sepa_class_init(register_class_SEPA());
+    sepa_ce_exception = register_class_SEPAException(zend_ce_exception);
+    sepaStP_init(register_class_SEPAStatementParser());
+    register_sepa_symbols(module_number);
+    return SUCCESS;
+}
+
+static PHP_MINFO_FUNCTION(sepa) {
+    (void)zend_module;
+    php_info_print_table_start();
+    php_info_print_table_header(2, "libvelmora", "enabled");
+    php_info_print_table_row(2, "Version", VELMORA_VERSION);
+    php_info_print_table_end();
+}
+
+static zend_module_entry sepa_module_entry = {
+    STANDARD_MODULE_HEADER,
+    "SEPA",
+    NULL,
+    PHP_MINIT(sepa),
+    NULL,
+    NULL,
+    NULL,
+    PHP_MINFO(sepa),
+    VELMORA_VERSION,
+    STANDARD_MODULE_PROPERTIES,
+};
+
+ZEND_GET_MODULE(sepa)

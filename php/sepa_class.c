@@ -1,0 +1,289 @@
+/* The class SEPA: one object owns one payment message. */
+#include "binding.h"
+
+#include <stdlib.h>
+
+zend_class_entry* sepa_ce;
+zend_object_handlers sepa_object_handlers;
+
+typedef struct {
+    sepa_t* message; /* null until the constructor succeeds */
+    zend_object std;
+} sepa_object;
+
+static sepa_object* object_of(zend_object* std) {
+    return (sepa_object*)((char*)std - offsetof(sepa_object, std));
+}
+
+static zend_object* create_object(zend_class_entry* entry) {
+    sepa_object* object = ecalloc(1, sizeof *object + zend_object_properties_size(entry));
+    zend_object_std_init(&object->std, entry);
+    object_properties_init(&object->std, entry);
+    object->std.handlers = &sepa_object_handlers;
+    return &object->std;
+}
+
+static void free_object(zend_object* std) {
+    sepa_object* object = object_of(std);
+    sepa_free(object->message);
+    object->message = NULL;
+    zend_object_std_dtor(std);
+}
+
+void sepa_class_init(zend_class_entry* entry) {
+    sepa_ce = entry;
+    entry->create_object = create_object;
+    engine_forbid_serialisation(entry);
+    memcpy(&sepa_object_handlers, zend_get_std_object_handlers(), sizeof sepa_object_handlers);
+    sepa_object_handlers.offset = offsetof(sepa_object, std);
+    sepa_object_handlers.free_obj = free_object;
+    sepa_object_handlers.dtor_obj = zend_objects_destroy_object;
+    sepa_object_handlers.clone_obj = NULL;
+}
+
+/* ------------------------------------------------------------------------------------------------------
+ * Methods of a message. One whose constructor did not run has a null handle, which every call of the library
+ * refuses and sepa_getError() names.
+ * --------------------------------------------------------------------------------------------------- */
+
+static sepa_t* message_of(zend_execute_data* execute_data) { return object_of(Z_OBJ(EX(This)))->message; }
+
+static void return_success_or_throw(sepa_t* message, int success, zval* return_value) {
+    if (success) RETURN_TRUE;
+    zend_throw_exception(sepa_ce_exception, sepa_getError(message), 0);
+}
+
+/* The library takes 32 bits: what does not fit must not become a valid value by losing its upper half. */
+static uint32_t to_uint32(zend_long number) {
+    return number < 0 || number > UINT32_MAX ? UINT32_MAX : (uint32_t)number;
+}
+
+PHP_METHOD(SEPA, __construct) {
+    (void)return_value;
+    zend_long type;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_LONG(type)
+    ZEND_PARSE_PARAMETERS_END();
+
+    if (type != SEPA_MSGTYPE_DDI && type != SEPA_MSGTYPE_CTI) {
+        zend_throw_exception(sepa_ce_exception, "invalid/unknown message type", BINDING_ERROR);
+        return;
+    }
+    sepa_t* message = sepa_new((uint32_t)type);
+    if (!message) {
+        zend_throw_exception(sepa_ce_exception, "can't create SEPA message object", BINDING_ERROR);
+        return;
+    }
+    sepa_object* object = object_of(Z_OBJ(EX(This)));
+    sepa_free(object->message); /* called by hand on a finished object: it starts again, empty */
+    object->message = message;
+}
+
+static void set_text(INTERNAL_FUNCTION_PARAMETERS, int (*set)(sepa_t*, const char*)) {
+    char* text;
+    size_t length;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_STRING(text, length)
+    ZEND_PARSE_PARAMETERS_END();
+
+    sepa_t* message = message_of(execute_data);
+    return_success_or_throw(message, set(message, text), return_value);
+}
+
+PHP_METHOD(SEPA, setIBAN) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setIBAN); }
+
+PHP_METHOD(SEPA, setBIC) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setBIC); }
+
+PHP_METHOD(SEPA, setName) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setName); }
+
+PHP_METHOD(SEPA, setCreditorIdentifier) {
+    set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setCreditorIdentifier);
+}
+
+PHP_METHOD(SEPA, setDate) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setDate); }
+
+PHP_METHOD(SEPA, setMessageId) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setMessageId); }
+
+PHP_METHOD(SEPA, setDDType) {
+    zend_long type;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_LONG(type)
+    ZEND_PARSE_PARAMETERS_END();
+
+    sepa_t* message = message_of(execute_data);
+    return_success_or_throw(message, sepa_setDDType(message, to_uint32(type)), return_value);
+}
+
+PHP_METHOD(SEPA, setBatchBooking) {
+    zend_bool batch;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_BOOL(batch)
+    ZEND_PARSE_PARAMETERS_END();
+
+    sepa_t* message = message_of(execute_data);
+    return_success_or_throw(message, sepa_setBatchBooking(message, batch ? 1 : 0), return_value);
+}
+
+/* ------------------------------------------------------------------------------------------------------
+ * Transactions
+ * --------------------------------------------------------------------------------------------------- */
+
+enum { NUMERIC_KEY_SIZE = 10 };
+
+/* An array in the form that sepa_add() takes. One allocation, beginning at pairs. */
+typedef struct {
+    const char** pairs;                        /* key, value, ..., null, null */
+    zend_string** values;                      /* what the pairs' values point into */
+    char (*numeric_keys)[NUMERIC_KEY_SIZE];    /* what the pairs' keys point into, where the array has numbers */
+    uint32_t count;
+} property_list;
+
+static void allocate_list(property_list* list, uint32_t entries) {
+    size_t pair_size = 2 * sizeof *list->pairs;
+    size_t entry_size = pair_size + sizeof *list->values + sizeof *list->numeric_keys;
+    list->pairs = safe_emalloc(entries, entry_size, pair_size);
+    list->values = (zend_string**)(list->pairs + 2 * ((size_t)entries + 1));
+    list->numeric_keys = (char(*)[NUMERIC_KEY_SIZE])(list->values + entries);
+    list->count = 0;
+}
+
+static void release_list(property_list* list) {
+    for (uint32_t i = 0; i < list->count; i++) zend_string_release(list->values[i]);
+    efree(list->pairs);
+}
+
+/* Converting a value may run the script's own code (__toString(), an error handler). It cannot change the array,
+ * which the call's argument holds, but a variable that the array refers to: so the list holds every value itself.
+ * Returns whether the walk ended without an exception. */
+static bool fill_list(property_list* list, HashTable* properties) {
+    zend_ulong number;
+    zend_string* name;
+    zval* value;
+    ZEND_HASH_FOREACH_KEY_VAL_IND(properties, number, name, value) {
+        uint32_t i = list->count;
+        const char* key = name ? ZSTR_VAL(name) : list->numeric_keys[i];
+        if (!name) {
+            /* Deliberate: eight characters are kept of longer numbers (callers rely on it). */
+            snprintf(list->numeric_keys[i], NUMERIC_KEY_SIZE - 1, ZEND_LONG_FMT, (zend_long)number);
+        }
+        list->values[i] = zval_get_string(value);
+        list->pairs[2 * i] = key;
+        list->pairs[2 * i + 1] = ZSTR_VAL(list->values[i]);
+        list->count = i + 1;
+        if (UNEXPECTED(EG(exception))) return false;
+    }
+    ZEND_HASH_FOREACH_END();
+    list->pairs[2 * list->count] = NULL;
+    list->pairs[2 * list->count + 1] = NULL;
+    return true;
+}
+
+PHP_METHOD(SEPA, add) {
+    HashTable* properties;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_ARRAY_HT(properties)
+    ZEND_PARSE_PARAMETERS_END();
+
+    property_list list;
+    allocate_list(&list, zend_hash_num_elements(properties));
+    if (fill_list(&list, properties)) {
+        sepa_t* message = message_of(execute_data);
+        return_success_or_throw(message, sepa_add(message, list.pairs), return_value);
+    }
+    release_list(&list);
+}
+
+PHP_METHOD(SEPA, toXML) {
+    if (zend_parse_parameters_none() == FAILURE) return;
+
+    sepa_t* message = message_of(execute_data);
+    char* document = sepa_toXML(message);
+    if (!document) {
+        zend_throw_exception(sepa_ce_exception, sepa_getError(message), 0);
+        return;
+    }
+    RETVAL_STRING(document);
+    free(document);
+}
+
+/* ------------------------------------------------------------------------------------------------------
+ * Static methods: false for every failure, never an exception
+ * --------------------------------------------------------------------------------------------------- */
+
+PHP_METHOD(SEPA, init) {
+    zend_long option;
+    char* value;
+    size_t length;
+    ZEND_PARSE_PARAMETERS_START(2, 2)
+        Z_PARAM_LONG(option)
+        Z_PARAM_STRING(value, length)
+    ZEND_PARSE_PARAMETERS_END();
+
+    RETURN_BOOL(option == (int)option && sepa_init((int)option, value) == 1);
+}
+
+PHP_METHOD(SEPA, IBAN_convert) {
+    char *country, *account, *bank_code;
+    size_t country_length, account_length, bank_code_length;
+    zval* status_variable = NULL;
+    ZEND_PARSE_PARAMETERS_START(3, 4)
+        Z_PARAM_STRING(country, country_length)
+        Z_PARAM_STRING(account, account_length)
+        Z_PARAM_STRING(bank_code, bank_code_length)
+        Z_PARAM_OPTIONAL
+        Z_PARAM_ZVAL(status_variable)
+    ZEND_PARSE_PARAMETERS_END();
+
+    char iban[36] = "";
+    uint8_t status = 0;
+    int result = sepa_iban_convert(country, account, bank_code, iban, &status);
+    if (status_variable) engine_assign_number(status_variable, status);
+    if (result != 1) RETURN_FALSE;
+    RETURN_STRING(iban);
+}
+
+/* The only argument of most static methods; null after a wrong one, which the engine has reported. */
+static const char* one_text(zend_execute_data* execute_data) {
+    char* text = NULL;
+    size_t length;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_STRING(text, length)
+    ZEND_PARSE_PARAMETERS_END_EX(return NULL);
+    return text;
+}
+
+PHP_METHOD(SEPA, IBAN_getBIC) {
+    const char* iban = one_text(execute_data);
+    char bic[12] = "";
+    if (!iban) return;
+    if (sepa_iban_getBIC(iban, bic) != 1) RETURN_FALSE;
+    RETURN_STRING(bic);
+}
+
+PHP_METHOD(SEPA, IBAN_check) {
+    const char* iban = one_text(execute_data);
+    if (!iban) return;
+    RETURN_BOOL(sepa_iban_check(iban) == 1);
+}
+
+PHP_METHOD(SEPA, BIC_getBankName) {
+    const char* bic = one_text(execute_data);
+    sepa_bank_t* bank;
+    if (!bic) return;
+    if (sepa_bic_getBank(bic, &bank) != 1) RETURN_FALSE;
+    if (bank->name) {
+        RETVAL_STRING(bank->name);
+    } else {
+        RETVAL_FALSE;
+    }
+    free(bank);
+}
+
+PHP_METHOD(SEPA, BIC_getBankFlags) {
+    const char* bic = one_text(execute_data);
+    sepa_bank_t* bank;
+    if (!bic) return;
+    if (sepa_bic_getBank(bic, &bank) != 1) RETURN_FALSE;
+    RETVAL_LONG(bank->flags);
+    free(bank);
+}

@@ -1,7 +1,9 @@
 // The setters of a message's header.
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <new>
 
 #include "bank/bic.h"
 #include "bank/iban_check.h"
@@ -16,6 +18,14 @@ namespace {
 
 int store(sepa_t* message, OwnedText& field, std::string_view text, const char* failure = "strdup() failed") {
     return field.assign(text) ? 1 : fail(message, failure);
+}
+
+// Deliberate: an id that is replaced stays allocated as long as the message (callers rely on it).
+void retire_message_id(sepa_t* message) {
+    if (!message->message_id) return;
+    void* memory = std::malloc(sizeof(RetiredId));
+    if (memory == nullptr) return;
+    message->retired_ids = new (memory) RetiredId{message->retired_ids, std::move(message->message_id)};
 }
 
 bool is_message_id_character(char c) {
@@ -99,9 +109,8 @@ int sepa_setMessageId(sepa_t* message, const char* id) {
     if (text.empty() || text.size() > longest) return fail(message, "Invalid message id");
     for (const char c : text)
         if (!is_message_id_character(c)) return fail(message, "Invalid message id");
-    // Deliberate: an id that was set before is not released, and a failed copy is not reported: sepa_toXML()
-    // then generates an id (callers rely on both).
-    message->message_id.abandon();
+    retire_message_id(message);
+    // Deliberate: a failed copy is not reported, sepa_toXML() then generates an id (callers rely on it).
     message->message_id.assign(text);
     return 1;
 }

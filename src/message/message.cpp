@@ -54,6 +54,12 @@ void sepa_free(sepa_t* message) {
         free_transaction(transaction);
         transaction = next;
     }
+    for (RetiredId* id = message->retired_ids; id != nullptr;) {
+        RetiredId* next = id->next;
+        id->~RetiredId();
+        std::free(id);
+        id = next;
+    }
     message->~sepa_t();
     explicit_bzero(static_cast<void*>(message), sizeof *message); // the error buffer may quote an account
     std::free(message);

@@ -7,6 +7,16 @@
 #include "message/transaction.h"
 #include "velmora.h"
 
+namespace velmora {
+
+// A message identification that was set and replaced.
+struct RetiredId {
+    RetiredId* next;
+    OwnedText text;
+};
+
+}  // namespace velmora
+
 struct sepa {
     std::uint32_t type = 0;           // SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI
     const char* last_error = nullptr; // a constant text or error_buffer
@@ -16,6 +26,7 @@ struct sepa {
     velmora::OwnedText creditor_identifier;
     velmora::OwnedText date; // yyyy-mm-dd, for transactions without a date of their own
     velmora::OwnedText message_id;
+    velmora::RetiredId* retired_ids = nullptr;
     char error_buffer[256] = {};
     std::uint32_t transaction_count = 0;
     double control_sum = 0;

@@ -44,9 +44,6 @@ public:
         text_ = nullptr;
     }
 
-    // Gives the text up without releasing it.
-    void abandon() { text_ = nullptr; }
-
     explicit operator bool() const { return text_ != nullptr; }
     const char* c_str() const { return text_; }
     std::string_view view() const {

@@ -65,9 +65,10 @@ Mantissa read_mantissa(const char* text) {
     return mantissa;
 }
 
-// Reads "E", an optional sign and digits; the digits may be missing.
+// Reads "E", an optional sign and digits; the digits may be missing. An "E" before a letter begins a word, as
+// in "12.50EUR", and stays where it is.
 int read_exponent(const char*& p) {
-    if (*p != 'E' && *p != 'e') return 0;
+    if ((*p != 'E' && *p != 'e') || std::isalpha(static_cast<unsigned char>(p[1]))) return 0;
     ++p;
     const bool negative = *p == '-';
     if (*p == '-' || *p == '+') ++p;

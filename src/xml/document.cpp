@@ -70,9 +70,10 @@ bool ensure_message_id(sepa_t* message, std::time_t now) {
     localtime_r(&now, &local);
     const unsigned number = (message_id_counter++ + static_cast<unsigned>(getpid()) * 100u) % 10000000u;
     char id[36];
-    std::snprintf(id, sizeof id, "SEPA-%04i%02i%02i%02i%02i%02i-%07u", local.tm_year + 1900, local.tm_mon + 1,
-                  local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, number);
-    return message->message_id.assign(id);
+    const int length =
+        std::snprintf(id, sizeof id, "SEPA-%04i%02i%02i%02i%02i%02i-%07u", local.tm_year + 1900,
+                      local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, number);
+    return length > 0 && message->message_id.assign(id);
 }
 
 void write_document_open(DocumentWriter& out, std::string_view schema, const RulebookRow& rulebook) {

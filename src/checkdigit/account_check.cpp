@@ -9,43 +9,83 @@
 namespace velmora {
 namespace {
 
+constexpr MethodRoutine none = nullptr;
+
+// 256 entries, indexed by the two hexadecimal digits of the method code. A row names its columns 0 to 9; the
+// columns A to F stay empty. 52, 53, B6 and C0 are not here: they need the bank code.
+constexpr MethodRoutine method_table[16][16] = {
+    {method_00, method_01, method_02, method_03, method_04, method_05, method_06, method_07, method_08,
+     method_09},
+    {method_10, method_11, none, method_13, method_14, method_15, method_16, method_17, method_18, method_19},
+    {method_20, method_21, method_22, method_23, method_24, method_25, method_26, method_27, method_28,
+     method_29},
+    {method_30, method_31, method_32, method_33, method_34, none, none, none, method_38, none},
+    {method_40, method_41, method_42, method_43, method_44, method_45, method_46, method_47, method_48,
+     method_49},
+    {method_50, method_51, none, none, none, method_55, method_56, method_57, method_58, method_59},
+    {method_60, method_61, none, method_63, method_64, method_65, method_66, method_67, method_68, none},
+    {none, method_71, none, method_73, method_74, method_75, method_76, none, method_78, none},
+    {none, method_81, none, none, method_84, method_85, none, method_87, method_88, none},
+    {method_90, method_91, method_92, method_93, method_94, method_95, method_96, none, method_98, method_99},
+    {none, method_A1, method_A2, method_A3, method_A4, method_A5, method_A6, method_A7, method_A8, method_A9},
+    {none, method_B1, method_B2, method_B3, none, method_B5, none, method_B7, method_B8, method_B9},
+    {none, method_C1, method_C2, method_C3, method_C4, method_C5, method_C6, method_C7, method_C8, method_C9},
+    {method_D0, method_D1, method_D2, method_D3, method_D4, method_D5, method_D6, method_D7, method_D8,
+     method_D9},
+    {method_E0, method_E1, method_E2, method_E3, method_E4, none, none, none, none, none},
+};
+
 constexpr std::size_t account_length = 10;
 constexpr std::size_t bank_code_length = 8;
 
-// Ten characters, filled up with zeros on the left, and a terminating zero.
-struct NormalisedAccount {
-    char text[account_length + 1] = "0000000000";
+// Length of a text, of which no more than one character behind `limit` is read.
+std::size_t bounded_length(const char* text, std::size_t limit) {
+    std::size_t length = 0;
+    while (length <= limit && text[length] != '\0')
+        ++length;
+    return length;
+}
+
+// The account as the routines read it. Ten characters stand as they are, shorter accounts are filled up with
+// zeros on the left.
+class NormalisedAccount {
+public:
+    explicit NormalisedAccount(const char* account) {
+        const std::size_t length = account ? bounded_length(account, account_length) : 0;
+        if (length == 0 || length > account_length) return;
+        if (length == account_length) {
+            text_ = account;
+            return;
+        }
+        const std::size_t zeros = account_length - length;
+        std::memset(padded_, '0', zeros);
+        std::memcpy(padded_ + zeros, account, length + 1);
+        text_ = padded_;
+    }
+
+    // Null for an account that is missing, empty or too long.
+    const char* text() const { return text_; }
+
+private:
+    const char* text_ = nullptr;
+    char padded_[account_length + 1];
 };
 
-// False for an account that is missing, empty or longer than ten characters.
-bool normalise(const char* account, NormalisedAccount& normalised) {
-    if (!account) return false;
-    const std::size_t length = strnlen(account, account_length + 1);
-    if (length == 0 || length > account_length) return false;
-    std::memcpy(normalised.text + account_length - length, account, length);
-    return true;
+CheckResult check_without_bank_code(const char* account, std::uint8_t method) {
+    const MethodRoutine routine = method_table[method >> 4][method & 15];
+    return routine ? routine(account) : account_not_checkable;
 }
 
-bool is_bank_code(const char* bank_code) {
-    return bank_code && strnlen(bank_code, bank_code_length + 1) == bank_code_length;
-}
-
-CheckResult check_without_bank_code(const NormalisedAccount& account, std::uint8_t method) {
-    const MethodRoutine routine = method_routine(method);
-    return routine ? routine(account.text) : account_not_checkable;
-}
-
-CheckResult check_with_bank_code(const NormalisedAccount& account, const char* bank_code,
-                                 std::uint8_t method) {
+CheckResult check_with_bank_code(const char* account, const char* bank_code, std::uint8_t method) {
     switch (method) {
     case 0x52:
-        return method_52(account.text, bank_code);
+        return method_52(account, bank_code);
     case 0x53:
-        return method_53(account.text, bank_code);
+        return method_53(account, bank_code);
     case 0xB6:
-        return method_B6(account.text, bank_code);
+        return method_B6(account, bank_code);
     case 0xC0:
-        return method_C0(account.text, bank_code);
+        return method_C0(account, bank_code);
     default:
         return check_without_bank_code(account, method);
     }
@@ -55,14 +95,15 @@ CheckResult check_with_bank_code(const NormalisedAccount& account, const char* b
 } // namespace velmora
 
 int sepa_account_check(const char* account, uint8_t method) {
-    velmora::NormalisedAccount normalised;
-    if (!velmora::normalise(account, normalised)) return velmora::account_invalid;
-    return velmora::check_without_bank_code(normalised, method);
+    const velmora::NormalisedAccount normalised(account);
+    if (!normalised.text()) return velmora::account_invalid;
+    return velmora::check_without_bank_code(normalised.text(), method);
 }
 
 int sepa_account_check2(const char* account, const char* bank_code, uint8_t method) {
-    velmora::NormalisedAccount normalised;
-    if (!velmora::normalise(account, normalised) || !velmora::is_bank_code(bank_code))
-        return velmora::account_invalid;
-    return velmora::check_with_bank_code(normalised, bank_code, method);
+    using namespace velmora;
+    const NormalisedAccount normalised(account);
+    if (!normalised.text() || !bank_code) return account_invalid;
+    if (bounded_length(bank_code, bank_code_length) != bank_code_length) return account_invalid;
+    return check_with_bank_code(normalised.text(), bank_code, method);
 }

@@ -2,17 +2,11 @@
 // its ten: B8 in methods_B0_B9.cpp. Each gets a normalised account (see arithmetic.h).
 #pragma once
 
-#include <cstdint>
-
 #include "checkdigit/arithmetic.h"
 
 namespace velmora {
 
 using MethodRoutine = CheckResult (*)(const char* account);
-
-// The routine of a method code (the method's two characters read as a hexadecimal number), or null: no such
-// method here, or one that needs the bank code.
-MethodRoutine method_routine(std::uint8_t code);
 
 CheckResult method_00(const char* account);
 CheckResult method_01(const char* account);

@@ -1,0 +1,240 @@
+#include "statement/mt940.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "statement/information.h"
+#include "statement/scan.h"
+
+namespace velmora {
+namespace {
+
+enum class Tag : std::uint8_t { account, number, opening, closing, booking, information, end, other };
+
+struct TagText {
+    char text[6];
+    std::uint8_t length;
+    Tag tag;
+};
+
+// The commonest first.
+constexpr TagText tags[] = {
+    {":61:", 4, Tag::booking},  {":86:", 4, Tag::information}, {":25:", 4, Tag::account},
+    {":28C:", 5, Tag::number},  {":28:", 4, Tag::number},      {":60F:", 5, Tag::opening},
+    {":60M:", 5, Tag::opening}, {":62F:", 5, Tag::closing},    {":62M:", 5, Tag::closing},
+};
+constexpr TagText end_tag{"-", 1, Tag::end};
+constexpr TagText no_tag{"", 0, Tag::other};
+
+struct Line {
+    char* begin;
+    char* end;  // at its CR LF or the end of the text
+    char* next; // the line after it
+
+    // The character at an offset, or the line's end where the line is shorter.
+    char* at(std::ptrdiff_t offset) const { return end - begin > offset ? begin + offset : end; }
+};
+
+// A line of another tag, and one that continues the line before it, has none.
+const TagText& find_tag(const Line& line) {
+    if (*line.begin == '-') return end_tag;
+    if (line.end - line.begin < 4 || *line.begin != ':') return no_tag;
+    for (const TagText& tag : tags)
+        if (std::memcmp(tag.text, line.begin, 4) == 0 && (tag.length == 4 || line.begin[4] == ':'))
+            return tag;
+    return no_tag;
+}
+
+struct Reader {
+    RecordPool& records;
+    sepa_stmt_tx_t* booking; // the last one read, of this statement or of an earlier one
+    char* next_n;            // the first "N" from where it was last looked for
+};
+
+enum class Outcome : std::uint8_t { understood, malformed, no_memory };
+
+template <typename Record>
+void append(Record*& first, Record*& last, Record* record) {
+    (first == nullptr ? first : last->next) = record;
+    last = record;
+}
+
+Outcome understood_if(bool understood) {
+    return understood ? Outcome::understood : Outcome::malformed;
+}
+
+struct Date {
+    int year; // two digits
+    int month;
+    int day;
+};
+
+bool scan_date(char* text, Date& date) {
+    for (int* part : {&date.year, &date.month, &date.day}) {
+        std::uint32_t number = 0;
+        if (!scan_number(text, 2, number)) return false;
+        *part = static_cast<int>(number);
+    }
+    return true;
+}
+
+void set_date(struct tm& field, const Date& date) {
+    field.tm_mday = date.day;
+    field.tm_mon = date.month - 1;
+    field.tm_year = date.year < 80 ? date.year + 100 : date.year;
+}
+
+bool read_statement_number(sepa_stmt_t& statement, char* text, const Line& line) {
+    const bool paged = std::memchr(text, '/', static_cast<std::size_t>(line.end - text)) != nullptr;
+    if (!scan_number(text, any_width, statement.number)) return false;
+    if (paged) return *text == '/' && scan_number(++text, any_width, statement.page);
+    statement.page = 0;
+    return true;
+}
+
+// Mark, date, currency and amount stand at fixed places: ":60F:C230131EUR1234,56".
+bool read_balance(const Line& line, struct tm& day, char (&currency)[4], double& saldo) {
+    Date date;
+    if (!scan_date(line.at(6), date)) return false;
+    set_date(day, date);
+    const char* const code = line.at(12);
+    char* const amount = line.at(15);
+    std::memcpy(currency, code, static_cast<std::size_t>(amount - code));
+    const auto length = std::min<std::ptrdiff_t>(line.end - amount, 15);
+    if (void* comma = std::memchr(amount, ',', static_cast<std::size_t>(length)))
+        *static_cast<char*>(comma) = '.';
+    const double value = __sepa_strtod(amount, nullptr);
+    saldo = *line.at(5) == 'D' ? -value : value;
+    return true;
+}
+
+// Reads the booking date behind the value date, if there is one; its year is the one nearest to the value
+// date. Returns the rest of the line.
+char* read_booking_date(sepa_stmt_tx_t& booking, const Date& value, char* rest, const Line& line) {
+    if (line.end - rest < 4 || !std::all_of(rest, rest + 4, is_digit)) return rest;
+    Date date{value.year, two_digits(rest), two_digits(rest + 2)};
+    if (value.month == 1 && date.month == 12) --date.year;
+    if (value.month == 12 && date.month == 1) ++date.year;
+    set_date(booking.booked, date);
+    return rest + 4;
+}
+
+// ":61:2301310131RC12,50NMSCreference//bank reference"
+Outcome read_booking(Reader& reader, sepa_stmt_t& statement, const Line& line) {
+    auto* booking = reader.records.allocate<sepa_stmt_tx_t>();
+    if (booking == nullptr) return Outcome::no_memory;
+    append(statement.first_tx, statement.last_tx, booking);
+    reader.booking = booking;
+
+    Date value;
+    if (!scan_date(line.at(4), value)) return Outcome::malformed;
+    set_date(booking->valuta, value);
+    char* rest = read_booking_date(*booking, value, line.at(10), line);
+
+    const auto next = [&] { return rest != line.end ? *rest++ : '\0'; };
+    char mark = next();
+    if (mark == 'R') {
+        booking->reversal = 1;
+        mark = next();
+    }
+    if (is_letter(*rest)) ++rest; // funds code
+
+    // Deliberate: the "N" may stand on a later line (callers rely on it). What has been searched for one
+    // booking is not searched again for the next.
+    if (reader.next_n < rest) reader.next_n = strchrnul(rest, 'N');
+    char* const n = reader.next_n;
+    if (*n == '\0') return Outcome::malformed;
+    const auto length = std::min(n, line.end) - rest;
+    if (void* comma = std::memchr(rest, ',', static_cast<std::size_t>(length)))
+        *static_cast<char*>(comma) = '.';
+    // Deliberate: a debit counts 255 times, the eight bits of -1 (callers rely on it).
+    const std::uint8_t factor = mark == 'D' ? 255 : 1;
+    booking->amount = factor * __sepa_strtod(rest, nullptr);
+
+    std::strncpy(booking->code, n + 1, 3);
+    booking->ref = line.end - n > 4 ? n + 4 : line.end;
+    *line.end = '\0';
+    const auto ref_length = static_cast<std::size_t>(line.end - booking->ref);
+    if (void* separator = memmem(booking->ref, ref_length, "//", 2)) {
+        booking->bankref = static_cast<char*>(separator) + 2;
+        *static_cast<char*>(separator) = '\0';
+    }
+    return Outcome::understood;
+}
+
+// Reads the lines of a statement. Returns where the reading stopped: at the line that ends the statement or
+// that it cannot understand, or at the end of the text. Null without memory.
+char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
+    while (*at != '\0') {
+        char* const end = find_line_end(at);
+        const Line line{at, end, *end == '\0' ? end : end + 2};
+        const TagText& tag = find_tag(line);
+        char* const content = line.begin + tag.length;
+
+        at = line.next;
+        Outcome outcome = Outcome::understood;
+        switch (tag.tag) {
+        case Tag::account:
+            statement.account = content;
+            *line.end = '\0';
+            break;
+        case Tag::number:
+            outcome = understood_if(read_statement_number(statement, content, line));
+            break;
+        case Tag::opening:
+            outcome = understood_if(
+                read_balance(line, statement.openDate, statement.openCurrency, statement.openSaldo));
+            break;
+        case Tag::closing:
+            outcome = understood_if(
+                read_balance(line, statement.closeDate, statement.closeCurrency, statement.closeSaldo));
+            break;
+        case Tag::booking:
+            outcome = read_booking(reader, statement, line);
+            break;
+        case Tag::information:
+            // Deliberate: the booking may be one of an earlier statement (callers rely on it).
+            if (reader.booking == nullptr) return line.begin;
+            at = read_information(*reader.booking, content, line.end);
+            break;
+        case Tag::end:
+            return line.begin;
+        case Tag::other:
+            break;
+        }
+        if (outcome == Outcome::malformed) return line.begin;
+        if (outcome == Outcome::no_memory) return nullptr;
+    }
+    return at;
+}
+
+constexpr char statement_start[] = "\r\n:20:";
+
+// False without memory.
+bool read_statements(sepa_stmt_parser_t* parser, char* text) {
+    Reader reader{parser->input->records, nullptr, text};
+    for (char* at = text; (at = std::strstr(at, statement_start)) != nullptr;) {
+        auto* statement = reader.records.allocate<sepa_stmt_t>();
+        if (statement == nullptr) return false;
+        statement->ref = at + sizeof statement_start - 1;
+        char* const end = find_line_end(statement->ref);
+        if (*end == '\0') break; // a statement that is cut off in its first line is dropped
+        *end = '\0';
+        at = read_lines(reader, *statement, end + 2);
+        if (at == nullptr) return false;
+        append(parser->first, parser->last, statement);
+    }
+    return true;
+}
+
+} // namespace
+
+int load_mt940(sepa_stmt_parser_t* parser, StatementText text) {
+    if (parser->input == nullptr) return fail_with(parser, "MT940 parser not initialized");
+    if (text[0] == '\0' || !read_statements(parser, text.get())) return 0;
+    parser->input->text = std::move(text);
+    return 1;
+}
+
+} // namespace velmora

@@ -1,0 +1,62 @@
+// Small readers for zero-terminated statement text. A zero byte inside a file ends its text.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace velmora {
+
+inline bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+inline bool is_letter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+inline int two_digits(const char* digits) {
+    return (digits[0] - '0') * 10 + (digits[1] - '0');
+}
+
+// The next CR LF, or the text's end.
+inline char* find_line_end(char* from) {
+    char* cr = strchrnul(from, '\r');
+    while (*cr != '\0' && cr[1] != '\n')
+        cr = strchrnul(cr + 1, '\r');
+    return cr;
+}
+
+inline constexpr std::size_t any_width = std::numeric_limits<std::size_t>::max();
+
+// Reads a decimal number like the conversion "%u" of sscanf, down to white space before it, a sign, and
+// values beyond 32 bits; `width` bounds sign and digits. Moves `at` behind the number only when there is one.
+// The same bits cast to int are what "%d" gives for two digits.
+inline bool scan_number(char*& at, std::size_t width, std::uint32_t& number) {
+    char* p = at;
+    while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
+        ++p;
+    const bool negative = *p == '-';
+    if (*p == '-' || *p == '+') {
+        ++p;
+        --width;
+    }
+    if (width == 0 || !is_digit(*p)) return false;
+    std::uint64_t value = 0;
+    bool overflow = false;
+    for (; width != 0 && is_digit(*p); --width, ++p) {
+        const auto digit = static_cast<std::uint64_t>(*p - '0');
+        overflow |=
+            __builtin_mul_overflow(value, 10U, &value) || __builtin_add_overflow(value, digit, &value);
+    }
+    if (overflow)
+        value = std::numeric_limits<std::uint64_t>::max();
+    else if (negative)
+        value = 0 - value;
+    number = static_cast<std::uint32_t>(value);
+    at = p;
+    return true;
+}
+
+} // namespace velmora

@@ -3,6 +3,8 @@
 
 #include "engine.h"
 
+#include <stdbool.h>
+
 #include <velmora.h>
 
 /* The globals of the module, exported under these names. */

@@ -8,6 +8,7 @@ zend_object_handlers sepaStP_object_handlers;
  * rely on it). */
 typedef struct {
     sepa_stmt_parser_t* parser; /* null until the constructor succeeds */
+    bool loaded;                /* after a load that failed midway there are statements that must not be read */
     zend_object std;
 } parser_object;
 
@@ -70,6 +71,7 @@ PHP_METHOD(SEPAStatementParser, __construct) {
     parser_object* object = object_of(Z_OBJ(EX(This)));
     sepa_stmt_parser_free(object->parser); /* called by hand on a finished object: it starts again, unused */
     object->parser = parser;
+    object->loaded = false;
 }
 
 PHP_METHOD(SEPAStatementParser, load) {
@@ -89,9 +91,12 @@ PHP_METHOD(SEPAStatementParser, load) {
         zend_throw_exception_ex(sepa_ce_exception, 0, "Can't open input file: %s", strerror(EPERM));
         return;
     }
-    sepa_stmt_parser_t* parser = object_of(Z_OBJ(EX(This)))->parser;
-    if (sepa_stmt_parser_load(parser, SEPA_STMT_FORMAT_MT940, filename) == 1) RETURN_TRUE;
-    zend_throw_exception(sepa_ce_exception, sepa_stmt_parser_getError(parser), 0);
+    parser_object* object = object_of(Z_OBJ(EX(This)));
+    if (sepa_stmt_parser_load(object->parser, SEPA_STMT_FORMAT_MT940, filename) == 1) {
+        object->loaded = true;
+        RETURN_TRUE;
+    }
+    zend_throw_exception(sepa_ce_exception, sepa_stmt_parser_getError(object->parser), 0);
 }
 
 static void put(zval* array, array_key key, zval* value) {
@@ -192,12 +197,12 @@ static void put_statement(zval* list, const sepa_stmt_t* statement) {
 PHP_METHOD(SEPAStatementParser, getStatements) {
     if (zend_parse_parameters_none() == FAILURE) return;
 
-    sepa_stmt_parser_t* parser = object_of(Z_OBJ(EX(This)))->parser;
-    if (!parser) {
-        zend_throw_exception(sepa_ce_exception, sepa_stmt_parser_getError(parser), 0);
+    const parser_object* object = object_of(Z_OBJ(EX(This)));
+    if (!object->parser) {
+        zend_throw_exception(sepa_ce_exception, sepa_stmt_parser_getError(NULL), 0);
         return;
     }
-    const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser);
+    const sepa_stmt_t* statement = object->loaded ? sepa_stmt_parser_getStatement(object->parser) : NULL;
     if (!statement) RETURN_NULL();
     array_init(return_value);
     for (; statement; statement = statement->next) put_statement(return_value, statement);

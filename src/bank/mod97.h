@@ -23,10 +23,12 @@ inline int mod97(int remainder, std::string_view text, Letters letters) {
     return remainder;
 }
 
-// The same over a text whose first four characters count last.
+// The same over a text whose first four characters count last. (No substr(): its range check needs libstdc++.)
 inline int mod97_rotated(std::string_view text, std::string_view::size_type body, Letters letters) {
-    const int remainder = mod97(0, text.substr(body), letters);
-    return remainder < 0 ? remainder : mod97(remainder, text.substr(0, 4), letters);
+    const std::string_view head{text.data(), text.size() < 4 ? text.size() : 4};
+    text.remove_prefix(body);
+    const int remainder = mod97(0, text, letters);
+    return remainder < 0 ? remainder : mod97(remainder, head, letters);
 }
 
 } // namespace velmora

@@ -6,6 +6,7 @@ require __DIR__ . '/shared.inc';
 
 class Orphan extends SEPA
 {
+    public $itself;
     public function __construct() {}
 }
 
@@ -30,9 +31,10 @@ function message_of_each_kind(): int
         attempt(function () use ($message) { return $message->toXML(); });
         attempt(function () use ($message) { return clone $message; });
         attempt(function () use ($message) { return serialize($message); });
-        $message->itself = $message;
     }
-    attempt(function () { return (new Orphan)->add(payment()); });
+    $orphan = new Orphan;
+    $orphan->itself = $orphan;
+    attempt(function () use ($orphan) { return $orphan->add(payment()); });
     return $bytes;
 }
 

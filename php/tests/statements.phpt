@@ -39,9 +39,6 @@ foreach ([[], [1], ['x', 'y'], [1, []], [1, 'a', 'b']] as $arguments) {
 }
 show('new', function () { return new SEPAStatementParser(1); });
 show('getStatements', function () { return (new SEPAStatementParser)->getStatements(1); });
-ini_set('open_basedir', __DIR__);
-show('open_basedir', function () { return @(new SEPAStatementParser)->load(1, '/etc/passwd'); });
-ini_set('open_basedir', '');
 
 echo "\nTwo parsers:\n";
 list($first, $second) = [new SEPAStatementParser, new SEPAStatementParser];
@@ -65,5 +62,105 @@ show('LF only', function () {
     $parser = new SEPAStatementParser;
     return [$parser->load(1, $path), $parser->getStatements()];
 });
+
+ini_set('open_basedir', sys_get_temp_dir());
+show('open_basedir', function () { return @(new SEPAStatementParser)->load(1, '/etc/passwd'); });
 ?>
 --EXPECT--
+before load -> null
+format 2 -> "SEPAException 42: invalid/unknown statement format"
+format 2^32 + 1 -> "SEPAException 42: invalid/unknown statement format"
+load -> true
+again -> "SEPAException 0: Parser already used"
+[
+    {
+        "ref": "STARTUMS",
+        "account": "37040044/532013000",
+        "number": 12,
+        "page": 3,
+        "openSaldo": 1234.56,
+        "openCurrency": "EUR",
+        "openDate": "2023-01-01",
+        "closeSaldo": -17.0,
+        "closeCurrency": "EUR",
+        "closeDate": "2023-01-31",
+        "tx": [
+            {
+                "valuta": "2023-01-02",
+                "booked": "2023-01-03",
+                "amount": 3187.5,
+                "code": "MSC",
+                "ref": "KUNDE",
+                "bankref": "KUNDE",
+                "gvc": 105,
+                "extcode": 997,
+                "txtext": "LASTSCHRIFT",
+                "primanota": "9310",
+                "bank": "COBADEFFXXX",
+                "account": "DE89370400440532013000",
+                "name": "Erika Mustermann",
+                "eref": "E1",
+                "kref": "K1",
+                "mref": "M1",
+                "cred": "C1",
+                "debt": "D1",
+                "svwz": "Miete Januar"
+            },
+            {
+                "valuta": "2023-01-05",
+                "booked": "2023-01-05",
+                "amount": 100.0,
+                "code": "TRF",
+                "ref": "NONREF",
+                "gvc": 166,
+                "txtext": "GUTSCHRIFT",
+                "bank": "",
+                "account": "",
+                "name": "",
+                "purpose": "Ohne\nKennwort"
+            }
+        ]
+    },
+    {
+        "ref": "ZWEI",
+        "account": "X",
+        "number": 5,
+        "openSaldo": 0.0,
+        "openCurrency": "",
+        "openDate": "1900-01-00",
+        "closeSaldo": 0.0,
+        "closeCurrency": "",
+        "closeDate": "1900-01-00",
+        "tx": []
+    }
+]
+bool(false)
+bool(true)
+
+Failures:
+no file -> "SEPAException 0: Can't open input file: No such file or directory"
+then a file -> "SEPAException 0: Parser already used"
+statements -> null
+directory -> "SEPAException 0: Error while reading from file: Is a directory"
+empty file -> "SEPAException 0: Input file is empty"
+zero byte -> "ValueError 0: SEPAStatementParser::load(): Argument #2 ($filename) must not contain any null bytes"
+long name -> "SEPAException 0: Can't open input file: File name too long"
+load -> "ArgumentCountError 0: SEPAStatementParser::load() expects exactly 2 arguments, 0 given"
+load -> "ArgumentCountError 0: SEPAStatementParser::load() expects exactly 2 arguments, 1 given"
+load -> "TypeError 0: SEPAStatementParser::load(): Argument #1 ($format) must be of type int, string given"
+load -> "TypeError 0: SEPAStatementParser::load(): Argument #2 ($filename) must be of type string, array given"
+load -> "ArgumentCountError 0: SEPAStatementParser::load() expects exactly 2 arguments, 3 given"
+new -> "ArgumentCountError 0: SEPAStatementParser::__construct() expects exactly 0 arguments, 1 given"
+getStatements -> "ArgumentCountError 0: SEPAStatementParser::getStatements() expects exactly 0 arguments, 1 given"
+
+Two parsers:
+A REFA
+B REFB
+B2 
+A REFA
+2
+
+Odd dates:
+[{"ref":"A","openSaldo":1.0,"openCurrency":"EUR","openDate":"1999-00-99","closeSaldo":0.0,"closeCurrency":"","closeDate":"1900-01-00","tx":[{"valuta":"2000--9--9","amount":1.0,"code":"MSC","ref":"X","gvc":0,"bank":"","account":"","name":""}]}]
+LF only -> [true,null]
+open_basedir -> "SEPAException 0: Can't open input file: Operation not permitted"

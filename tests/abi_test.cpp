@@ -1,0 +1,71 @@
+// The finished shared object as others see it: names, needed libraries, relocations.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "command.h"
+
+namespace {
+
+const std::string library = VELMORA_LIBRARY;
+
+// The first group of every match, line by line.
+std::vector<std::string> find_all(const std::string& text, const std::string& pattern) {
+    const std::regex expression(pattern, std::regex::multiline);
+    std::vector<std::string> found;
+    for (std::sregex_iterator match(text.begin(), text.end(), expression), end; match != end; ++match)
+        found.push_back((*match)[1]);
+    return found;
+}
+
+std::string output_of(const std::string& command) {
+    const CommandResult result = run(command + " " + library);
+    EXPECT_EQ(result.status, 0) << result.output;
+    return result.output;
+}
+
+unsigned long section_size(const std::string& sections, const std::string& name) {
+    const auto sizes = find_all(sections, " \\" + name + " +[A-Z_]+ +[0-9a-f]+ [0-9a-f]+ ([0-9a-f]+) ");
+    return sizes.size() == 1 ? std::stoul(sizes[0], nullptr, 16) : 0;
+}
+
+TEST(Abi, ExportsExactlyTheNamesOfTheList) {
+    std::ifstream file(VELMORA_EXPORTED_NAMES);
+    std::vector<std::string> listed;
+    for (std::string line; std::getline(file, line);)
+        if (!line.empty() && line[0] != '#') listed.push_back(line);
+    std::sort(listed.begin(), listed.end());
+
+    auto exported = find_all(output_of("nm -D --defined-only --format=posix"), "^(\\S+) ");
+    std::sort(exported.begin(), exported.end());
+    EXPECT_EQ(exported, listed);
+}
+
+TEST(Abi, NeedsLibcAlone) {
+    EXPECT_EQ(find_all(output_of("readelf -dW"), "\\(NEEDED\\) +Shared library: \\[(.*)\\]"),
+              std::vector<std::string>{"libc.so.6"});
+}
+
+// Loading must cost nothing: the bank data lie in read-only pages that need no work by the dynamic linker.
+TEST(Abi, DataNeedNoRelocations) {
+    const std::string relocations = output_of("readelf -rW");
+    EXPECT_EQ(find_all(output_of("readelf -dW"), "(TEXTREL)"), std::vector<std::string>{});
+    EXPECT_LT(find_all(relocations, "(_RELATIVE) ").size(), 600u);
+    EXPECT_LT(find_all(relocations, "(R_[A-Z0-9_]+) ").size(), 700u);
+
+    const std::string sections = output_of("readelf -SW");
+    EXPECT_GT(section_size(sections, ".rodata"), 500'000u);
+    EXPECT_LT(section_size(sections, ".data.rel.ro"), 16'384u);
+    EXPECT_LT(section_size(sections, ".data"), 4'096u);
+}
+
+TEST(Abi, LoadsWithAllSymbolsBound) {
+    const CommandResult result = run(VELMORA_LOAD_LIBRARY " " + library);
+    EXPECT_EQ(result.status, 0) << result.output;
+}
+
+} // namespace

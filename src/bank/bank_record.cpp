@@ -5,27 +5,29 @@
 
 namespace velmora {
 
-sepa_bank_t* make_bank_record(const char* name, const char* postcode, const char* city, const char* country,
-                              const char* bic, std::uint16_t flags) {
-    const char* const texts[] = {name, postcode, city, country, bic};
-    const char* sepa_bank_t::*const fields[] = {&sepa_bank_t::name, &sepa_bank_t::postcode,
-                                                &sepa_bank_t::city, &sepa_bank_t::country, &sepa_bank_t::bic};
-    std::size_t sizes[5];
-    std::size_t total = 0;
-    for (std::size_t i = 0; i < 5; ++i) {
-        sizes[i] = texts[i] == nullptr ? 0 : std::strlen(texts[i]) + 1;
-        total += sizes[i];
-    }
-    auto* bank = static_cast<sepa_bank_t*>(std::malloc(sizeof(sepa_bank_t) + total));
+sepa_bank_t* make_bank_record(std::string_view name, std::string_view postcode, std::string_view city,
+                              std::string_view country, std::string_view bic, std::uint16_t flags) {
+    std::size_t size = sizeof(sepa_bank_t);
+    for (const std::string_view text : {name, postcode, city, country, bic})
+        if (text.data() != nullptr) size += text.size() + 1;
+    auto* bank = static_cast<sepa_bank_t*>(std::malloc(size));
     if (bank == nullptr) return nullptr;
-    *bank = {};
-    bank->flags = flags;
+
     char* end = reinterpret_cast<char*>(bank + 1);
-    for (std::size_t i = 0; i < 5; ++i) {
-        if (texts[i] == nullptr) continue;
-        bank->*fields[i] = static_cast<const char*>(std::memcpy(end, texts[i], sizes[i]));
-        end += sizes[i];
-    }
+    const auto append = [&end](std::string_view text) -> const char* {
+        if (text.data() == nullptr) return nullptr;
+        char* const copy = end;
+        std::memcpy(copy, text.data(), text.size());
+        copy[text.size()] = '\0';
+        end += text.size() + 1;
+        return copy;
+    };
+    bank->name = append(name);
+    bank->postcode = append(postcode);
+    bank->city = append(city);
+    bank->country = append(country);
+    bank->bic = append(bic);
+    bank->flags = flags;
     return bank;
 }
 

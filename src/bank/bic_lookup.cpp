@@ -11,30 +11,39 @@
 using namespace velmora;
 
 namespace {
-constexpr std::size_t kHeadOfficeLength = 8;
-constexpr std::size_t kBicLength = 11;
+
+constexpr std::size_t head_office_length = 8;
+constexpr std::size_t bic_length = 11;
+
+bool is_capital_or_digit(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
 } // namespace
 
 int sepa_bic_getBank(const char* bic, sepa_bank_t** bank) {
     if (bic == nullptr) return -2;
-    const std::size_t length = ::strnlen(bic, kBicLength + 1);
-    if (length != kHeadOfficeLength && length != kBicLength) return -2;
-    char key[kBicLength + 1] = "________XXX"; // the head office, unless a branch is given
+    const std::size_t length = ::strnlen(bic, bic_length + 1);
+    if (length != head_office_length && length != bic_length) return -2;
+    char key[bic_length + 1] = "________XXX"; // the head office, unless a branch is given
     for (std::size_t i = 0; i < length; ++i) {
+        key[i] = bic[i];
+        if (is_capital_or_digit(key[i])) continue; // the usual case, and the same in every locale
         const auto c = static_cast<unsigned char>(bic[i]);
         if (!std::isalnum(c)) return -2;
         key[i] = static_cast<char>(std::toupper(c));
     }
-    const std::string_view record = directory_find({key, kBicLength});
+    const std::string_view record = directory_find({key, bic_length});
     if (record.empty()) return -2;
     if (bank == nullptr) return 1;
 
-    const auto flags = static_cast<std::uint8_t>(record[kBicLength]);
-    // Deliberate: a BIC without any scheme has an empty name, because its flags byte ends the record's text
+    const auto flags = static_cast<std::uint8_t>(record[bic_length]);
+    std::string_view name = record;
+    name.remove_prefix(bic_length + 1);
+    // Deliberate: a BIC without any scheme has an empty name, because the flags byte 0 ends the record's text
     // (callers rely on it).
-    const char* name = flags == 0 ? "" : record.data() + kBicLength + 1;
-    const char country[] = {key[4], key[5], '\0'};
-    sepa_bank_t* result = make_bank_record(name, nullptr, nullptr, country, key, flags);
+    if (flags == 0) name.remove_suffix(name.size());
+    sepa_bank_t* result = make_bank_record(name, {}, {}, {key + 4, 2}, {key, bic_length}, flags);
     if (result == nullptr) return -3;
     *bank = result;
     return 1;

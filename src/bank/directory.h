@@ -21,6 +21,15 @@ struct DirectoryEntry {
     char text[192];          // the selected version, cut into its fields
 };
 
+// The texts of a record where they stand in the directory, not ended by zero bytes.
+struct DirectoryTexts {
+    std::string_view bic;
+    std::string_view name;
+    std::string_view postcode;
+    std::string_view city;
+    std::string_view country;
+};
+
 // Slot of a key, or -1 for a key that cannot be one: not 6 to 15 characters of "0" to "z".
 int directory_hash(std::string_view key);
 
@@ -39,11 +48,11 @@ bool directory_covers(const char* country);
 // new data give them from the release's change date on.
 int directory_lookup(const char* country, const char* bank_id, DirectoryEntry* out);
 
-// Whether directory_lookup() would find the bank.
-bool directory_contains(const char* country, const char* bank_id);
+// Finds the same bank without copying its texts, which `out` (it may be null) is pointed at.
+bool directory_find_bank(const char* country, const char* bank_id, DirectoryTexts* out);
 
 // Check-digit method code of a German bank code of eight characters, or -1 when there is no such bank: all
-// that an account check needs of a bank, without its texts.
+// that an account check needs of a bank.
 int directory_check_method(std::string_view bank_code);
 
 } // namespace velmora

@@ -4,6 +4,8 @@ import dataclasses
 import datetime
 import re
 
+LISTS = ("Germany", "Austria", "Switzerland", "BICs")
+
 # A lookup copies a version's texts, or a whole BIC record, into a buffer of this size.
 TEXT_BUFFER = 192
 
@@ -43,7 +45,7 @@ class GermanVersion:
         return bytes((self.deleted, self.method)) + self.iban_rule.to_bytes(2, "big")
 
     def texts(self):
-        return (self.successor, self.bic, self.name, self.postcode, self.town, "DE")
+        return (self.successor, self.bic, self.name, self.postcode, self.town)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -68,32 +70,27 @@ class Directory:
 
 @dataclasses.dataclass(frozen=True)
 class Record:
-    """One record: its key and the byte strings that follow it, text and binary parts apart."""
+    """One record of the library: its key, and the kind and parts (binary ones are bytes) of one or two rows."""
 
     key: bytes
-    parts: tuple
-    versions: int = 1
-
-    def content(self):
-        return self.key + b"".join(self.parts)
+    rows: tuple
 
 
 def records(directory):
     """The records in slot order, which is the ascending byte order of their keys."""
     result = []
     for bic, entry in directory.bics.items():
-        result.append(Record(bic.encode(), (bytes((entry.flags,)), entry.name.encode())))
-    for country, banks in (("AT", directory.austrian), ("CH", directory.swiss)):
+        result.append(Record(bic.encode(), (("BIC", (bic, bytes((entry.flags,)), entry.name)),)))
+    for kind, prefix, banks in (("AUSTRIAN", "_AT", directory.austrian), ("SWISS", "_CH", directory.swiss)):
         for code, bank in banks.items():
-            # The key is always eight characters long: a shorter identifier is filled from its BIC.
-            content = f"_{country}{code}{'|'.join(bank.texts())}".encode()
-            result.append(Record(content[:8], (content[8:],)))
+            # A bank code in a key has five characters: a shorter one is filled from its BIC.
+            start = code + bank.bic
+            parts = (start[:5], start[5:], bank.name, bank.postcode, bank.town, bank.country)
+            result.append(Record((prefix + start[:5]).encode(), ((kind, parts),)))
     for code, versions in directory.german.items():
-        parts = []
-        for version in versions:
-            parts += [b"|"] if parts else []
-            parts += [version.header(), "|".join(version.texts()).encode()]
-        result.append(Record(f"_DE{code}".encode(), tuple(parts), len(versions)))
+        rows = [("CHANGED", (version.header(), *version.texts())) for version in versions]
+        rows[0] = ("GERMAN", (code, *rows[0][1]))
+        result.append(Record(f"_DE{code}".encode(), tuple(rows)))
     return sorted(result, key=lambda record: record.key)
 
 

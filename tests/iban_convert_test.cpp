@@ -122,10 +122,14 @@ TEST(IbanConvert, ArgumentsAreCheckedInOrder) {
 }
 
 TEST(IbanConvert, SuccessorsTakeOverTheAccountAndTheStatus) {
-    // From the directory: rule 1 before rule 15, rule 57 before rule 0, rule 28 before rule 0.
-    EXPECT_EQ(convert("DE", "94", "36060192"), (Conversion{1, 13, "DE17370601933008888018"}));
-    EXPECT_EQ(convert("DE", "9988776655", "50810900"), (Conversion{1, 13, "DE97660102009988776655"}));
-    EXPECT_EQ(convert("DE", "17095", "25050299"), (Conversion{1, 13, "DE69250501800000017095"}));
+    // As in the directory of 2026: rule 1 before rule 15, rule 57 before rule 0.
+    own_banks = {{"36060192", {100, 0x06, "37060193"}},
+                 {"37060193", {1501, 0x06, ""}},
+                 {"50810900", {5700, 0x09, "66010200"}},
+                 {"66010200", {0, 0x09, ""}}};
+    EXPECT_EQ(convert("DE", "94", "36060192", find_bank), (Conversion{1, 13, "DE17370601933008888018"}));
+    EXPECT_EQ(convert("DE", "9988776655", "50810900", find_bank),
+              (Conversion{1, 13, "DE97660102009988776655"}));
 
     own_banks = {
         {"10000001", {4700, 0x09, "10000002"}}, // completes eight digits
@@ -151,6 +155,11 @@ TEST(IbanConvert, SuccessorsInACircleAreAnUnknownBank) {
     EXPECT_EQ(convert("DE", "1", "10000001", find_bank), (Conversion{-3, 10, ""}));
     own_banks = {{"10000001", {0, 0x09, "10000001"}}};
     EXPECT_EQ(convert("DE", "1", "10000001", find_bank), (Conversion{-3, 10, ""}));
+
+    own_banks = {{"10000010", {0, 0x09, ""}}}; // a long chain with an end is none
+    for (int i = 1; i < 10; ++i)
+        own_banks["1000000" + std::to_string(i)] = {0, 0x09, std::to_string(10000001 + i)};
+    EXPECT_EQ(convert("DE", "1", "10000001", find_bank).iban.substr(4), "100000100000000001");
 }
 
 TEST(IbanConvert, UnknownRulesGiveNothing) {

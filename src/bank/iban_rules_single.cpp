@@ -99,7 +99,7 @@ int rule_9(char* iban, ConversionContext& context, const IbanRule& rule) {
     return own_bank_code(iban, context, rule);
 }
 
-// The list is the one of the bank code that stays: the other one is replaced after the search.
+// Only the bank code that stays has listed accounts; under the other one they keep their number.
 int rule_10(char* iban, ConversionContext& context, const IbanRule& rule) {
     if (replace_listed_bank_account(context, rule)) context.account_result = account_valid;
     return own_bank_code(iban, context, rule);
@@ -118,16 +118,15 @@ int rule_20(char* iban, ConversionContext& context, const IbanRule& rule) {
     }
     if (context.method != method_63 && context.method != method_c7) return standard_iban(iban, context, rule);
 
-    // Five to seven digits lack the sub-account, seven to nine have it; of two readings the first that
-    // passes.
+    // Five to seven digits lack the sub-account, seven to nine have it; the first reading that passes is
+    // taken.
+    const ShiftedAccount shifted(context.account);
     const int digits = significant_digits(context.account);
-    if (const ShiftedAccount shifted(context.account);
-        digits >= 5 && digits <= 7 && stem_passes(shifted.digits)) {
+    if (digits >= 5 && digits <= 7 && stem_passes(shifted.digits))
         set_account(context, shifted.digits);
-        return standard_iban(iban, context, rule);
-    }
-    if (digits >= 7 && digits <= 9 && stem_passes(context.account)) return standard_iban(iban, context, rule);
-    return -1;
+    else if (digits < 7 || digits > 9 || !stem_passes(context.account))
+        return -1;
+    return standard_iban(iban, context, rule);
 }
 
 // Five and eight digits are no complete accounts of this bank.
@@ -164,17 +163,19 @@ int rule_41(char* iban, ConversionContext&, const IbanRule&) {
     return 1;
 }
 
-// Three forms of account numbers have IBANs.
+// Three forms of account numbers have IBANs; D is a digit but 0, n any digit.
 int rule_42(char* iban, ConversionContext& context, const IbanRule& rule) {
-    constexpr NumberRange personal[] = {{50'462'000, 50'463'999}, {50'469'000, 50'469'999}};
+    constexpr NumberRange ranges[] = {{50'462'000, 50'463'999}, {50'469'000, 50'469'999}};
     const char* account = context.account;
     const std::int64_t value = number(account);
-    const bool eight_digits = significant_digits(account) == 8 && account[P6] == '0' && account[P7] != '0';
     const bool in_range =
-        std::ranges::any_of(personal, [&](const NumberRange& range) { return range.contains(value); });
+        std::ranges::any_of(ranges, [&](const auto& range) { return range.contains(value); });
+    // Dnn0Dnnn
+    const bool eight_digits = significant_digits(account) == 8 && account[P6] == '0' && account[P7] != '0';
+    // Dnn44nnnnn, the last five above 0
     const bool ten_digits =
         account[P1] != '0' && account[P4] == '4' && account[P5] == '4' && value % 100'000 != 0;
-    return eight_digits || in_range || ten_digits ? standard_iban(iban, context, rule) : -1;
+    return in_range || eight_digits || ten_digits ? standard_iban(iban, context, rule) : -1;
 }
 
 int rule_43(char* iban, ConversionContext& context, const IbanRule& rule) {

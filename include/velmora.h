@@ -112,7 +112,8 @@ void sepa_cleanup(void);
 /**
  * Sets the message's own account: the creditor's for direct debits, the debtor's for credit transfers.
  *
- * @param iban an IBAN that sepa_iban_check() accepts.
+ * @param message a message of either type.
+ * @param iban    an IBAN that sepa_iban_check() accepts.
  * @return 1, or 0 with the reason and the input: "Wrong IBAN length (DE12)", for example.
  */
 int sepa_setIBAN(sepa_t* message, const char* iban);
@@ -128,7 +129,8 @@ int sepa_setBIC(sepa_t* message, const char* bic);
 /**
  * Sets the name of the account holder.
  *
- * @param name 1 to 70 bytes of the characters that the rulebook permits in names.
+ * @param message a message of either type.
+ * @param name    1 to 70 bytes of the characters that the rulebook permits in names.
  * @return 1, or 0: "sepa_setAccount: Name too short", "sepa_setAccount: Name too long",
  *         "sepa_setName: invalid character 'x' in name".
  */
@@ -138,6 +140,7 @@ int sepa_setName(sepa_t* message, const char* name);
  * Sets the creditor identifier of a direct debit message (EPC262-08: country, check digits, business code,
  * national identifier; check digits by ISO 7064 MOD 97-10 without the business code).
  *
+ * @param message    a direct debit message; a credit transfer message keeps it without writing it.
  * @param identifier 7 to 35 characters, letters in upper case.
  * @return 1, or 0: "Creditor Identifier too short", "Creditor Identifier too long",
  *         "Invalid character in Creditor Identifier", "Invalid Creditor Identifier checksum".
@@ -148,7 +151,8 @@ int sepa_setCreditorIdentifier(sepa_t* message, const char* identifier);
  * Sets the collection or execution date of all transactions that bring none of their own. Without it
  * sepa_toXML() uses today's local date.
  *
- * @param date ten characters, yyyy-mm-dd; not compared with today.
+ * @param message a message of either type.
+ * @param date    ten characters, yyyy-mm-dd; not compared with today.
  * @return 1, or 0: "Invalid date" (null or another length), "Invalid date format".
  */
 int sepa_setDate(sepa_t* message, const char* date);
@@ -156,8 +160,9 @@ int sepa_setDate(sepa_t* message, const char* date);
 /**
  * Sets the type of a direct debit message.
  *
- * @param type SEPA_DDTYPE_CORE, SEPA_DDTYPE_B2B, or SEPA_DDTYPE_COR1 under "DE-2.7", "AT-6", "NL-6",
- *             "DE-2.8" and "DE-2.9".
+ * @param message a direct debit message.
+ * @param type    SEPA_DDTYPE_CORE, SEPA_DDTYPE_B2B, or SEPA_DDTYPE_COR1 under "DE-2.7", "AT-6", "NL-6",
+ *                "DE-2.8" and "DE-2.9".
  * @return 1, or 0: "Not a direct debit message",
  *         "Unknown/unsupported LocalInstrumentCode (setDDType)",
  *         "COR1 is not allowed with selected SEPA rulebook".
@@ -167,7 +172,8 @@ int sepa_setDDType(sepa_t* message, uint32_t type);
 /**
  * Chooses how the bank books the payments of one block.
  *
- * @param batch 1 one booking for the sum (the state of a new message), 0 one booking each.
+ * @param message a message of either type.
+ * @param batch   1 one booking for the sum (the state of a new message), 0 one booking each.
  * @return 1, or 0: "Invalid BatchBooking mode (only 0 or 1 allowed)".
  */
 int sepa_setBatchBooking(sepa_t* message, uint8_t batch);
@@ -175,7 +181,8 @@ int sepa_setBatchBooking(sepa_t* message, uint8_t batch);
 /**
  * Sets the message identification. Without it sepa_toXML() generates one.
  *
- * @param id 1 to 35 letters, digits, spaces and ' ( ) + , - . / : ?
+ * @param message a message of either type.
+ * @param id      1 to 35 letters, digits, spaces and ' ( ) + , - . / : ?
  * @return 1, or 0: "Invalid message id".
  */
 int sepa_setMessageId(sepa_t* message, const char* id);
@@ -183,8 +190,9 @@ int sepa_setMessageId(sepa_t* message, const char* id);
 /**
  * Adds one payment.
  *
- * @param pairs texts key, value, key, value, ..., ended by a null key. Keys are matched without regard to
- *              case; a key given twice keeps its later value. All texts are copied.
+ * @param message a message of either type.
+ * @param pairs   texts key, value, key, value, ..., ended by a null key. Keys are matched without regard to
+ *                case; a key given twice keeps its later value. All texts are copied.
  *
  * Keys for both message types, with their limits in bytes: "name" (1-70), "iban", "bic", "amount" (euros,
  * "." as decimal mark, rounded to cents), "date" (10), "id" (end-to-end identification, 1-35), "ref"
@@ -230,12 +238,12 @@ enum {
  * does not have is null.
  */
 typedef struct sepa_bank {
-    const char* name;
-    const char* postcode;
-    const char* city;
-    const char* country; /**< two letters */
-    const char* bic;     /**< eleven characters; empty when the bank has none */
-    uint16_t flags;      /**< SEPA_SCL_ bits from sepa_bic_getBank(), otherwise 0 */
+    const char* name;     /**< name of the bank */
+    const char* postcode; /**< of the bank's address */
+    const char* city;     /**< of the bank's address */
+    const char* country;  /**< two letters */
+    const char* bic;      /**< eleven characters; empty when the bank has none */
+    uint16_t flags;       /**< SEPA_SCL_ bits from sepa_bic_getBank(), otherwise 0 */
 } sepa_bank_t;
 
 /**
@@ -250,6 +258,7 @@ int sepa_iban_check(const char* iban);
 /**
  * Finds the bank behind an Austrian, German, Liechtenstein or Swiss IBAN.
  *
+ * @param iban compact form, upper case, without spaces.
  * @param bank where the record is stored; may be null when only the result matters.
  * @return 1 found, 0 another country, -1 invalid IBAN, -2 unknown bank, -3 out of memory.
  */
@@ -274,7 +283,8 @@ int sepa_iban_convert(const char* country, const char* account, const char* bank
 /**
  * Finds the BIC for an Austrian, German, Liechtenstein or Swiss IBAN. The check digits are not tested.
  *
- * @param bic at least 12 bytes. Cleared first; stays empty when the bank has no BIC.
+ * @param iban compact form, upper case, without spaces.
+ * @param bic  at least 12 bytes. Cleared first; stays empty when the bank has no BIC.
  * @return 1 found, 0 another country, -1 wrong length or null, -3 unknown bank.
  */
 int sepa_iban_getBIC(const char* iban, char* bic);
@@ -313,7 +323,10 @@ int sepa_account_check(const char* account, uint8_t method);
  * Like sepa_account_check(), for callers who know the bank code: methods 52, 53, B6 and C0 need it and are
  * checked here only.
  *
+ * @param account   1 to 10 digits; leading zeros may be left out.
  * @param bank_code exactly 8 characters; otherwise the result is -1.
+ * @param method    the method's two characters read as a hexadecimal number.
+ * @return as sepa_account_check().
  */
 int sepa_account_check2(const char* account, const char* bank_code, uint8_t method);
 
@@ -334,49 +347,49 @@ typedef struct sepa_stmt_parser sepa_stmt_parser_t;
  * have is null. Dates have day, month (0-11) and year (since 1900) only.
  */
 typedef struct sepa_stmt_tx {
-    struct tm valuta;     /**< value date */
-    struct tm booked;     /**< booking date; all zero when the line has none */
-    uint8_t reversal;     /**< 1 for a reversal ("RC", "RD") */
-    double amount;        /**< never negative: a credit as it stands, a debit times 255 (callers rely on it) */
-    char code[4];         /**< transaction type, three characters */
-    char* ref;            /**< customer reference */
-    char* bankref;        /**< bank reference */
-    char* txtext;         /**< posting text (?00) */
-    char* primanota;      /**< journal number (?10) */
-    uint32_t gvc;         /**< business transaction code, three digits */
-    uint32_t extcode;     /**< text key extension (?34) */
-    char bank[13];        /**< counterpart's bank code or BIC (?30) */
-    char account[35];     /**< counterpart's account or IBAN (?31) */
-    char name[55];        /**< counterpart's name (?32, ?33) */
-    char* purpose;        /**< purpose lines before the first keyword, joined with line feeds */
-    char* eref;           /**< EREF+: end-to-end reference */
-    char* kref;           /**< KREF+: customer reference */
-    char* mref;           /**< MREF+: mandate reference */
-    char* cred;           /**< CRED+: creditor identifier */
-    char* debt;           /**< DEBT+: originator identifier */
-    char* purp;           /**< PURP+: purpose code */
-    char* coam;           /**< COAM+: compensation amount, "." as decimal mark */
-    char* oamt;           /**< OAMT+: original amount, "." as decimal mark */
-    char* svwz;           /**< SVWZ+: remittance information */
-    char* abwa;           /**< ABWA+: ultimate originator */
-    char* abwe;           /**< ABWE+: ultimate recipient */
-    struct sepa_stmt_tx* next;
+    struct tm valuta; /**< value date */
+    struct tm booked; /**< booking date; all zero when the line has none */
+    uint8_t reversal; /**< 1 for a reversal ("RC", "RD") */
+    double amount;    /**< never negative: a credit as it stands, a debit times 255 (callers rely on it) */
+    char code[4];     /**< transaction type, three characters */
+    char* ref;        /**< customer reference */
+    char* bankref;    /**< bank reference */
+    char* txtext;     /**< posting text (?00) */
+    char* primanota;  /**< journal number (?10) */
+    uint32_t gvc;     /**< business transaction code, three digits */
+    uint32_t extcode; /**< text key extension (?34) */
+    char bank[13];    /**< counterpart's bank code or BIC (?30) */
+    char account[35]; /**< counterpart's account or IBAN (?31) */
+    char name[55];    /**< counterpart's name (?32, ?33) */
+    char* purpose;    /**< purpose lines before the first keyword, joined with line feeds */
+    char* eref;       /**< EREF+: end-to-end reference */
+    char* kref;       /**< KREF+: customer reference */
+    char* mref;       /**< MREF+: mandate reference */
+    char* cred;       /**< CRED+: creditor identifier */
+    char* debt;       /**< DEBT+: originator identifier */
+    char* purp;       /**< PURP+: purpose code */
+    char* coam;       /**< COAM+: compensation amount, "." as decimal mark */
+    char* oamt;       /**< OAMT+: original amount, "." as decimal mark */
+    char* svwz;       /**< SVWZ+: remittance information */
+    char* abwa;       /**< ABWA+: ultimate originator */
+    char* abwe;       /**< ABWE+: ultimate recipient */
+    struct sepa_stmt_tx* next; /**< the next booking of the statement */
 } sepa_stmt_tx_t;
 
 /** One statement (":20:"). Ownership and dates as in sepa_stmt_tx_t. */
 typedef struct sepa_stmt {
-    char* ref;
+    char* ref;                /**< the bank's reference for the statement */
     char* account;            /**< account as the bank writes it (":25:"), or null */
     uint32_t number;          /**< statement number */
     uint32_t page;            /**< page of that statement, 0 when not given */
-    struct tm openDate;
-    struct tm closeDate;
+    struct tm openDate;       /**< date of the opening balance */
+    struct tm closeDate;      /**< date of the closing balance */
     double openSaldo;         /**< opening balance, negative for a debit balance */
     double closeSaldo;        /**< closing balance, negative for a debit balance */
     char openCurrency[4];     /**< three letters, empty without an opening balance */
-    char closeCurrency[4];
+    char closeCurrency[4];    /**< three letters, empty without a closing balance */
     sepa_stmt_tx_t* first_tx; /**< bookings in the order of the file, null when there are none */
-    sepa_stmt_tx_t* last_tx;
+    sepa_stmt_tx_t* last_tx;  /**< the last of them */
     struct sepa_stmt* next;   /**< the next statement of the file */
 } sepa_stmt_t;
 
@@ -387,7 +400,9 @@ sepa_stmt_parser_t* sepa_stmt_parser_new(void);
  * Reads a statement file. A parser loads once. Content that the parser does not understand never fails the
  * load: it only cuts a statement short.
  *
+ * @param parser a parser that has not loaded anything yet.
  * @param format SEPA_STMT_FORMAT_MT940.
+ * @param path   the file.
  * @return 1, or 0 with the reason; statements must then not be read.
  */
 int sepa_stmt_parser_load(sepa_stmt_parser_t* parser, uint32_t format, const char* path);
@@ -409,8 +424,9 @@ void sepa_stmt_parser_free(sepa_stmt_parser_t* parser);
  * Parses a decimal number with "." as decimal mark whatever the locale: white space, sign, digits, exponent.
  * The first 18 digits count. No hexadecimal forms, "inf" or "nan".
  *
- * @param end where the address of the first character not consumed is stored, or null; the start of the text
- *            when it holds no number.
+ * @param text the number, with anything behind it.
+ * @param end  where the address of the first character not consumed is stored, or null; the start of the text
+ *             when it holds no number.
  * @return the number; 0 without digits. An exponent beyond 511 sets errno to ERANGE.
  */
 double __sepa_strtod(const char* text, char** end);
@@ -419,8 +435,9 @@ double __sepa_strtod(const char* text, char** end);
  * Writes an amount with exactly two decimals, "." as decimal mark and no grouping; halves of a cent go away
  * from zero.
  *
- * @param buf  receives the text, cut to its size but always terminated.
- * @param size bytes in buf; with 0 nothing is written.
+ * @param buf    receives the text, cut to its size but always terminated.
+ * @param size   bytes in buf; with 0 nothing is written.
+ * @param amount euros.
  * @return the address of the terminating zero byte.
  */
 char* __sepa_d2str(char* buf, size_t size, double amount);
@@ -430,7 +447,10 @@ char* __sepa_d2str(char* buf, size_t size, double amount);
  * caller may put functions of its own in their place.
  */
 extern int (*libc_regcomp)(regex_t* pattern, const char* text, int flags);
-extern int (*libc_regexec)(const regex_t* pattern, const char* text, size_t count, regmatch_t* matches, int flags);
+/** @see libc_regcomp */
+extern int (*libc_regexec)(const regex_t* pattern, const char* text, size_t count, regmatch_t* matches,
+                           int flags);
+/** @see libc_regcomp */
 extern void (*libc_regfree)(regex_t* pattern);
 
 /** Fills the three pointers above from the loaded C library, unless libc_regcomp is set already. */

@@ -122,7 +122,7 @@ TEST(D2str, CutsAtTheEndOfTheBuffer) {
 TEST(Amounts, EveryCentSurvivesParsingRoundingAndWriting) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 200000; ++i) {
-        const auto cents = static_cast<long long>(i < 100000 ? i : random() % 100000000000ull);
+        const auto cents = i < 100000 ? i : static_cast<long long>(random() % 100000000000ull);
         char text[32], back[32];
         std::snprintf(text, sizeof text, "%lld.%02lld", cents / 100, cents % 100);
         __sepa_d2str(back, sizeof back, velmora::round_to_cents(__sepa_strtod(text, nullptr)));

@@ -14,6 +14,10 @@ int value(char c) {
     return c - '0';
 }
 
+char at(const std::string& text, int position) {
+    return text[static_cast<std::size_t>(position)];
+}
+
 int digit_sum(int product) {
     return product > 9 ? product / 10 + product % 10 : product;
 }
@@ -26,7 +30,7 @@ std::string without_leading_zeros(const std::string& digits) {
 int sum_of(const Rule& rule, const std::string& account) {
     int sum = rule.sum == "digits+7" ? 7 : 0;
     for (int i = 0; i < 10; ++i) {
-        const int digit = rule.sum == "ascii" ? account[i] : value(account[i]);
+        const int digit = rule.sum == "ascii" ? at(account, i) : value(at(account, i));
         const int product = digit * rule.weights[i];
         sum += rule.sum.starts_with("digits") ? digit_sum(product) : product;
     }
@@ -55,14 +59,15 @@ int check_digit(const Rule& rule, int sum, char digit_before) {
 
 int compute(const Rule& rule, const std::string& account) {
     const bool stem = rule.remainder == "stem" || rule.remainder == "shifted";
-    const int wanted = check_digit(rule, sum_of(rule, account), account[rule.at - 2]);
+    const int wanted = check_digit(rule, sum_of(rule, account), at(account, rule.at - 2));
     if (wanted == 10) return stem ? 0 : undecided;
-    if (wanted != value(account[rule.at - 1])) return undecided;
+    if (wanted != value(at(account, rule.at - 1))) return undecided;
     return rule.remainder == "shifted" ? 2 : 1;
 }
 
 int luhn(const Rule& rule, const std::string& account) {
-    const std::string digits = rule.text + account.substr(rule.at - 1, 10 - rule.at);
+    const std::string digits = rule.text + account.substr(static_cast<std::size_t>(rule.at - 1),
+                                                          static_cast<std::size_t>(10 - rule.at));
     int sum = 0, weight = 2;
     for (std::size_t i = digits.size(); i-- > 0; weight = 3 - weight)
         sum += digit_sum(value(digits[i]) * weight);
@@ -85,7 +90,7 @@ int method_29(const std::string& account) {
     const std::string rows[] = {"0159374826", "0176983254", "0184629573", "0123456789"};
     int sum = 0;
     for (int i = 0; i < 9; ++i)
-        sum += value(rows[i % 4][value(account[8 - i])]);
+        sum += value(at(rows[i % 4], value(at(account, 8 - i))));
     return (sum + value(account[9])) % 10 == 0 ? 1 : undecided;
 }
 
@@ -113,11 +118,11 @@ int method_53(const std::string& account, const std::string& bank_code) {
 
 int method_87(const std::string& account) {
     int i = 4;
-    while (i < 10 && account[i - 1] == '0')
+    while (i < 10 && at(account, i - 1) == '0')
         ++i;
     int c = i % 2, t = 0, a = 0;
     for (; i <= 9; ++i) {
-        int k = value(account[i - 1]);
+        int k = value(at(account, i - 1));
         k = k == 0 ? 5 : k == 1 ? 6 : k == 5 ? 10 : k == 6 ? 1 : k;
         const int v = k > 5 && c == 0 ? 12 - k : k;
         a = c == t ? a + v : a - v;
@@ -126,7 +131,8 @@ int method_87(const std::string& account) {
     }
     while (a < 0)
         a += 5;
-    const int p = value((t == 0 ? "04326" : "71598")[a % 5]);
+    const std::string table = t == 0 ? "04326" : "71598";
+    const int p = value(at(table, a % 5));
     const int last = value(account[9]);
     return last == p || (account[3] == '0' && last == (p + 5) % 10) ? 1 : undecided;
 }
@@ -135,10 +141,10 @@ int method_B9(const std::string& account) {
     int sum = 0;
     if (account[2] != '0')
         for (int i = 0; i < 7; ++i)
-            sum += (value(account[2 + i]) + 1) * (i % 3 + 1) % 11;
+            sum += (value(at(account, 2 + i)) + 1) * (i % 3 + 1) % 11;
     else
         for (int i = 0; i < 6; ++i)
-            sum += value(account[3 + i]) * (6 - i);
+            sum += value(at(account, 3 + i)) * (6 - i);
     const int wanted = account[2] != '0' ? sum % 10 : sum % 11;
     const int higher = wanted + 5 >= 10 ? wanted - 5 : wanted + 5;
     const int last = value(account[9]);
@@ -212,7 +218,9 @@ std::string Rule::account_for(std::mt19937& random) const {
         for (int i = 0; i < 10; ++i) {
             const bool literal = accounts.size() > static_cast<std::size_t>(i) &&
                                  accounts.find_first_of("[*?") > static_cast<std::size_t>(i);
-            account += literal ? accounts[i] : i < zeros ? '0' : static_cast<char>('0' + any(0, 9));
+            account += literal     ? accounts[static_cast<std::size_t>(i)]
+                       : i < zeros ? '0'
+                                   : static_cast<char>('0' + any(0, 9));
         }
     } while (!applies_to(account));
     return account;

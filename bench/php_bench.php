@@ -4,6 +4,10 @@
 //   php -d extension=build/libvelmora.so bench/php_bench.php              every workload, each in a process of its own
 //   php -d extension=build/libvelmora.so bench/php_bench.php WORKLOAD...
 
+if (!extension_loaded('SEPA')) {
+    fwrite(STDERR, "The extension is not loaded.\n");
+    exit(1);
+}
 ini_set('memory_limit', '-1');
 
 const IBANS = ['DE89370400440532013000', 'DE44701500001739563912', 'DE41680900004410182764', 'DE21200505500506356823',

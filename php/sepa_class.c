@@ -46,7 +46,9 @@ void sepa_class_init(zend_class_entry* entry) {
  * refuses and sepa_getError() names.
  * --------------------------------------------------------------------------------------------------- */
 
-static sepa_t* message_of(zend_execute_data* execute_data) { return object_of(Z_OBJ(EX(This)))->message; }
+static sepa_t* message_of(zend_execute_data* execute_data) {
+    return object_of(Z_OBJ(EX(This)))->message;
+}
 
 static void return_success_or_throw(sepa_t* message, int success, zval* return_value) {
     if (success) RETURN_TRUE;
@@ -90,19 +92,29 @@ static void set_text(INTERNAL_FUNCTION_PARAMETERS, int (*set)(sepa_t*, const cha
     return_success_or_throw(message, set(message, text), return_value);
 }
 
-PHP_METHOD(SEPA, setIBAN) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setIBAN); }
+PHP_METHOD(SEPA, setIBAN) {
+    set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setIBAN);
+}
 
-PHP_METHOD(SEPA, setBIC) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setBIC); }
+PHP_METHOD(SEPA, setBIC) {
+    set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setBIC);
+}
 
-PHP_METHOD(SEPA, setName) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setName); }
+PHP_METHOD(SEPA, setName) {
+    set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setName);
+}
 
 PHP_METHOD(SEPA, setCreditorIdentifier) {
     set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setCreditorIdentifier);
 }
 
-PHP_METHOD(SEPA, setDate) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setDate); }
+PHP_METHOD(SEPA, setDate) {
+    set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setDate);
+}
 
-PHP_METHOD(SEPA, setMessageId) { set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setMessageId); }
+PHP_METHOD(SEPA, setMessageId) {
+    set_text(INTERNAL_FUNCTION_PARAM_PASSTHRU, sepa_setMessageId);
+}
 
 PHP_METHOD(SEPA, setDDType) {
     zend_long type;
@@ -132,9 +144,9 @@ enum { NUMERIC_KEY_SIZE = 10 };
 
 /* An array in the form that sepa_add() takes. One allocation, beginning at pairs. */
 typedef struct {
-    const char** pairs;                        /* key, value, ..., null, null */
-    zend_string** values;                      /* what the pairs' values point into */
-    char (*numeric_keys)[NUMERIC_KEY_SIZE];    /* what the pairs' keys point into, where the array has numbers */
+    const char** pairs;                     /* key, value, ..., null, null */
+    zend_string** values;                   /* what the pairs' values point into */
+    char (*numeric_keys)[NUMERIC_KEY_SIZE]; /* what the pairs' keys point into, where the array has numbers */
     uint32_t count;
 } property_list;
 
@@ -148,13 +160,14 @@ static void allocate_list(property_list* list, uint32_t entries) {
 }
 
 static void release_list(property_list* list) {
-    for (uint32_t i = 0; i < list->count; i++) zend_string_release(list->values[i]);
+    for (uint32_t i = 0; i < list->count; i++)
+        zend_string_release(list->values[i]);
     efree(list->pairs);
 }
 
-/* Converting a value may run the script's own code (__toString(), an error handler). It cannot change the array,
- * which the call's argument holds, but a variable that the array refers to: so the list holds every value itself.
- * Returns whether the walk ended without an exception. */
+/* Converting a value may run the script's own code (__toString(), an error handler). It cannot change the
+ * array, which the call's argument holds, but a variable that the array refers to: so the list holds every
+ * value itself. Returns whether the walk ended without an exception. */
 static bool fill_list(property_list* list, HashTable* properties) {
     zend_ulong number;
     zend_string* name;

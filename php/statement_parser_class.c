@@ -4,11 +4,11 @@
 zend_class_entry* sepaStP_ce;
 zend_object_handlers sepaStP_object_handlers;
 
-/* Deliberate: the parser with its file is not released with the object but kept until the process ends (callers
- * rely on it). */
+/* Deliberate: the parser with its file is not released with the object but kept until the process ends
+ * (callers rely on it). */
 typedef struct {
     sepa_stmt_parser_t* parser; /* null until the constructor succeeds */
-    bool loaded;                /* after a load that failed midway there are statements that must not be read */
+    bool loaded; /* after a load that failed midway there are statements that must not be read */
     zend_object std;
 } parser_object;
 
@@ -25,11 +25,14 @@ static zend_object* create_object(zend_class_entry* entry) {
 }
 
 /* Every key of the arrays that getStatements() builds. */
-#define ARRAY_KEYS(KEY)                                                                                           \
-    KEY(ref) KEY(account) KEY(number) KEY(page) KEY(openSaldo) KEY(openCurrency) KEY(openDate) KEY(closeSaldo)    \
-    KEY(closeCurrency) KEY(closeDate) KEY(tx) KEY(valuta) KEY(booked) KEY(amount) KEY(code) KEY(bankref) KEY(gvc) \
-    KEY(extcode) KEY(txtext) KEY(primanota) KEY(bank) KEY(name) KEY(purpose) KEY(eref) KEY(kref) KEY(mref)        \
-    KEY(cred) KEY(debt) KEY(purp) KEY(coam) KEY(oamt) KEY(svwz) KEY(abwa) KEY(abwe)
+/* clang-format off */
+#define ARRAY_KEYS(KEY)                                                                           \
+    KEY(ref) KEY(account) KEY(number) KEY(page) KEY(openSaldo) KEY(openCurrency) KEY(openDate)    \
+    KEY(closeSaldo) KEY(closeCurrency) KEY(closeDate) KEY(tx) KEY(valuta) KEY(booked) KEY(amount) \
+    KEY(code) KEY(bankref) KEY(gvc) KEY(extcode) KEY(txtext) KEY(primanota) KEY(bank) KEY(name)   \
+    KEY(purpose) KEY(eref) KEY(kref) KEY(mref) KEY(cred) KEY(debt) KEY(purp) KEY(coam) KEY(oamt)  \
+    KEY(svwz) KEY(abwa) KEY(abwe)
+/* clang-format on */
 
 #define KEY_NUMBER(name) KEY_##name,
 #define KEY_TEXT(name) #name,
@@ -134,20 +137,35 @@ static void put_amount(zval* array, array_key key, double amount) {
     put(array, key, &value);
 }
 
-/* A date that a broken file put out of every range may not fit: strftime() then writes nothing. */
-static void put_date(zval* array, array_key key, const struct tm* date) {
-    char text[11];
+/* Bookings come by date: equal dates in a row share one string. */
+typedef struct {
+    int year, month, day;
+    zend_string* text; /* null before the first date */
+} date_text;
+
+static zend_string* text_of(date_text* last, const struct tm* date) {
+    if (!last->text || last->day != date->tm_mday || last->month != date->tm_mon ||
+        last->year != date->tm_year) {
+        char text[11];
+        /* A date that a broken file put out of every range may not fit: strftime() then returns 0. */
+        size_t length = strftime(text, sizeof text, "%Y-%m-%d", date);
+        if (last->text) zend_string_release(last->text);
+        *last = (date_text){date->tm_year, date->tm_mon, date->tm_mday, zend_string_init(text, length, 0)};
+    }
+    return zend_string_copy(last->text);
+}
+
+static void put_date(zval* array, array_key key, const struct tm* date, date_text* last) {
     zval value;
-    size_t length = strftime(text, sizeof text, "%Y-%m-%d", date);
-    ZVAL_STRINGL(&value, text, length);
+    ZVAL_STR(&value, text_of(last, date));
     put(array, key, &value);
 }
 
-static void put_transaction(zval* list, const sepa_stmt_tx_t* tx) {
+static void put_transaction(zval* list, const sepa_stmt_tx_t* tx, date_text* last) {
     zval entry;
     array_init_size(&entry, 16);
-    put_date(&entry, KEY_valuta, &tx->valuta);
-    if (tx->booked.tm_year > 0) put_date(&entry, KEY_booked, &tx->booked);
+    put_date(&entry, KEY_valuta, &tx->valuta, last);
+    if (tx->booked.tm_year > 0) put_date(&entry, KEY_booked, &tx->booked, last);
     put_amount(&entry, KEY_amount, tx->amount);
     put_text(&entry, KEY_code, tx->code);
     put_text_if_set(&entry, KEY_ref, tx->ref);
@@ -175,7 +193,7 @@ static void put_transaction(zval* list, const sepa_stmt_tx_t* tx) {
     zend_hash_next_index_insert_new(Z_ARRVAL_P(list), &entry);
 }
 
-static void put_statement(zval* list, const sepa_stmt_t* statement) {
+static void put_statement(zval* list, const sepa_stmt_t* statement, date_text* last) {
     zval entry, transactions;
     array_init_size(&entry, 16);
     put_text_if_set(&entry, KEY_ref, statement->ref);
@@ -184,12 +202,13 @@ static void put_statement(zval* list, const sepa_stmt_t* statement) {
     put_number_if_set(&entry, KEY_page, statement->page);
     put_amount(&entry, KEY_openSaldo, statement->openSaldo);
     put_text(&entry, KEY_openCurrency, statement->openCurrency);
-    put_date(&entry, KEY_openDate, &statement->openDate);
+    put_date(&entry, KEY_openDate, &statement->openDate, last);
     put_amount(&entry, KEY_closeSaldo, statement->closeSaldo);
     put_text(&entry, KEY_closeCurrency, statement->closeCurrency);
-    put_date(&entry, KEY_closeDate, &statement->closeDate);
+    put_date(&entry, KEY_closeDate, &statement->closeDate, last);
     array_init(&transactions);
-    for (const sepa_stmt_tx_t* tx = statement->first_tx; tx; tx = tx->next) put_transaction(&transactions, tx);
+    for (const sepa_stmt_tx_t* tx = statement->first_tx; tx; tx = tx->next)
+        put_transaction(&transactions, tx, last);
     put(&entry, KEY_tx, &transactions);
     zend_hash_next_index_insert_new(Z_ARRVAL_P(list), &entry);
 }
@@ -205,5 +224,8 @@ PHP_METHOD(SEPAStatementParser, getStatements) {
     const sepa_stmt_t* statement = object->loaded ? sepa_stmt_parser_getStatement(object->parser) : NULL;
     if (!statement) RETURN_NULL();
     array_init(return_value);
-    for (; statement; statement = statement->next) put_statement(return_value, statement);
+    date_text last = {0};
+    for (; statement; statement = statement->next)
+        put_statement(return_value, statement, &last);
+    if (last.text) zend_string_release(last.text);
 }

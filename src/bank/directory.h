@@ -30,7 +30,8 @@ struct DirectoryTexts {
     std::string_view country;
 };
 
-// Slot of a key, or -1 for a key that cannot be one: not 6 to 15 characters of "0" to "z".
+// Slot that a key would have; -1 for what cannot be a key, because it is not 6 to 15 characters of "0" to
+// "z". Other strangers get any slot or a number below 0.
 int directory_hash(std::string_view key);
 
 // Record at a slot: key, header bytes and texts up to the record's end. Empty for a slot outside the table.

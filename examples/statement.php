@@ -43,9 +43,9 @@ function print_booking(array $booking): void
 {
     printf("  %-10s  %-10s  %12.2f  %s%s\n", $booking['booked'] ?? '-', $booking['valuta'], effect_of($booking),
         is_reversal($booking) ? 'Reversal: ' : '', $booking['txtext'] ?? '');
-    foreach (['Counterpart' => 'name', 'Account' => 'account', 'Purpose' => 'purpose', 'Purpose ' => 'svwz',
-        'Reference' => 'eref', 'Mandate' => 'mref', 'Creditor' => 'cred', 'Originator' => 'abwa',
-        'Recipient' => 'abwe', 'Original sum' => 'oamt', 'Compensation' => 'coam'] as $title => $key) {
+    foreach (['name' => 'Counterpart', 'account' => 'Account', 'purpose' => 'Purpose', 'svwz' => 'Purpose',
+        'eref' => 'Reference', 'mref' => 'Mandate', 'cred' => 'Creditor', 'abwa' => 'Originator',
+        'abwe' => 'Recipient', 'oamt' => 'Original sum', 'coam' => 'Compensation'] as $key => $title) {
         print_detail($title, $booking[$key] ?? '');
     }
 }

@@ -5,11 +5,13 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "message_builder.h"
+#include "statement_records.h"
 
 namespace {
 
@@ -267,6 +269,32 @@ TEST(Allocation, LookupsTellThatThereIsNoMemory) {
     EXPECT_TRUE(refused([&] { return sepa_iban_getBank(account, &bank); }));
     EXPECT_TRUE(refused([&] { return sepa_bic_getBank("COBADEFF", &bank); }));
     EXPECT_EQ(bank, untouched);
+}
+
+TEST(Allocation, StatementFilesAreReadWholeOrNotAtAll) {
+    std::string content = "X\r\n:20:A\r\n-\r\n:20:B\r\n";
+    for (int i = 0; i < 1000; ++i)
+        content += ":61:230102C1,NMSCX\r\n";
+    const MemoryFile file(content);
+    const std::string texts[] = {"invalid sepa_stmt_parser_t handle",
+                                 "Error while allocating 264 bytes: Cannot allocate memory",
+                                 "Failed to allocate " + std::to_string(content.size()) + " bytes"};
+    long n = 1;
+    for (bool loaded = false; !loaded; n++) {
+        heap = {};
+        heap.refused = n;
+        sepa_stmt_parser_t* parser = nullptr;
+        loaded = attempt([&] {
+                     errno = ENOMEM;
+                     parser = sepa_stmt_parser_new();
+                     return sepa_stmt_parser_load(parser, SEPA_STMT_FORMAT_MT940, file.path()) == 1;
+                 }).done;
+        // Without memory for its records a load fails without a text.
+        EXPECT_EQ(sepa_stmt_parser_getError(parser), n <= 3 ? texts[n - 1] : "");
+        attempt([&] { return sepa_stmt_parser_free(parser), true; });
+        EXPECT_EQ(heap.live, 0);
+    }
+    EXPECT_GT(n, 7);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 /* The PHP engine as the binding sees it: its headers, and everything in which the engine versions 7.2 to 8.4
- * differ. No other file asks for the version. */
+ * differ. No other file written by hand asks for the version. */
 #pragma once
 
 /* First, because a reference becomes weak only when this is said before its first use. */
@@ -10,6 +10,13 @@
 #include <Zend/zend_exceptions.h>
 #include <Zend/zend_interfaces.h>
 #include <ext/standard/info.h>
+
+/* The tables generated from sepa.stub.php. */
+#if PHP_VERSION_ID >= 80000
+#define ENGINE_ARGINFO "sepa_arginfo.h"
+#else
+#define ENGINE_ARGINFO "sepa_legacy_arginfo.h"
+#endif
 
 /* Writes a number into a variable passed by reference. Typed references (7.4) convert it or throw. */
 static inline void engine_assign_number(zval* variable, zend_long number) {

@@ -2,11 +2,7 @@
  * statement_parser_class.c, their method tables and the constants come from sepa.stub.php. */
 #include "binding.h"
 
-#if PHP_MAJOR_VERSION >= 8
-#include "sepa_arginfo.h"
-#else
-#include "sepa_legacy_arginfo.h"
-#endif
+#include ENGINE_ARGINFO
 
 zend_class_entry* sepa_ce_exception;
 

@@ -1,6 +1,7 @@
 #include "bank/pattern.h"
 
 #include <dlfcn.h>
+#include <locale.h>
 
 #include "velmora.h"
 
@@ -27,7 +28,14 @@ bool pattern_functions_ready() {
 }
 
 bool compile_pattern(regex_t* pattern, const char* text) {
-    return libc_regcomp(pattern, text, REG_EXTENDED) == 0;
+    // In the C locale, whatever the process has chosen: "[A-Z]" means the same everywhere then, and libc
+    // matches bytes instead of wide characters, several times as fast.
+    const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    const locale_t callers_locale = uselocale(c_locale);
+    const bool compiled = libc_regcomp(pattern, text, REG_EXTENDED) == 0;
+    uselocale(callers_locale);
+    if (c_locale != nullptr) freelocale(c_locale);
+    return compiled;
 }
 
 bool pattern_matches(const regex_t* pattern, const char* text) {

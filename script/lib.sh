@@ -16,7 +16,7 @@ quietly() {
     shift
     mkdir -p build/log
     if ! "$@" >"$log" 2>&1; then
-        cat "$log" >&2
+        grep -vE '^\[ *[0-9]+[/%]' "$log" >&2 || true # without the progress of a build
         echo "Failed: $*" >&2
         exit 1
     fi

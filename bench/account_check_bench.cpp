@@ -69,9 +69,10 @@ const std::vector<Check>& checks_of_mix() {
         std::vector<Check> result;
         while (result.size() < checks_in_mix) {
             const std::string& bank_code = bank_codes[random() % bank_codes.size()];
-            const auto method = static_cast<std::uint8_t>(velmora::directory_check_method(bank_code));
-            if (method == 0xE4) continue; // unknown to libktoblzcheck, and used by one bank only
-            result.push_back(make_check(random, bank_code, method, result.size() % 2 == 0));
+            velmora::GermanBank bank;
+            velmora::directory_find_german_bank(bank_code, &bank);
+            if (bank.method == 0xE4) continue; // unknown to libktoblzcheck, and used by one bank only
+            result.push_back(make_check(random, bank_code, bank.method, result.size() % 2 == 0));
         }
         return result;
     }();
@@ -81,7 +82,8 @@ const std::vector<Check>& checks_of_mix() {
 void run(benchmark::State& state, const std::vector<Check>& checks) {
     std::size_t i = 0;
     for (auto _ : state) {
-        const Check& check = checks[i++ % checks.size()];
+        const Check& check = checks[i];
+        i = i + 1 < checks.size() ? i + 1 : 0;
         benchmark::DoNotOptimize(sepa_account_check2(check.account, check.bank_code, check.method));
     }
 }
@@ -93,7 +95,8 @@ void run_ktoblzcheck(benchmark::State& state, const std::vector<Check>& checks) 
         peer_checks.push_back({check.account, check.bank_code, method_name(check.method)});
     std::size_t i = 0;
     for (auto _ : state) {
-        const PeerCheck& check = peer_checks[i++ % peer_checks.size()];
+        const PeerCheck& check = peer_checks[i];
+        i = i + 1 < peer_checks.size() ? i + 1 : 0;
         benchmark::DoNotOptimize(checker.check(check.bank_code, check.account, check.method));
     }
 }

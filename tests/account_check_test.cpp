@@ -124,6 +124,8 @@ TEST(AccountCheck, OtherCharactersAreCountedLikeDigits) {
     EXPECT_EQ(sepa_account_check("B8", 0x06), 1);  // 36 leaves 3
     EXPECT_EQ(sepa_account_check(" :", 0x10), -1); // -32 leaves -10: 21, written 1
     EXPECT_EQ(sepa_account_check(" 1", 0x10), 1);
+    EXPECT_EQ(sepa_account_check("50000000:", 0x31), -1); // remainder 10 stays impossible
+    EXPECT_EQ(sepa_account_check("000000004:", 0xE1), -1);
     EXPECT_EQ(sepa_account_check("1A00000000", 0x29), -1);
     EXPECT_EQ(sepa_account_check("A000000000", 0xC6), -1);
 

@@ -38,12 +38,11 @@ constexpr MethodRoutine method_table[16][16] = {
 constexpr std::size_t account_length = 10;
 constexpr std::size_t bank_code_length = 8;
 
-// Length of a text, of which no more than one character behind `limit` is read.
-std::size_t bounded_length(const char* text, std::size_t limit) {
-    std::size_t length = 0;
-    while (length <= limit && text[length] != '\0')
-        ++length;
-    return length;
+// Length of a text, or limit + 1 where it is longer. Inlined, a constant limit leaves no loop.
+[[gnu::always_inline]] inline std::size_t bounded_length(const char* text, std::size_t limit) {
+    for (std::size_t length = 0; length <= limit; ++length)
+        if (text[length] == '\0') return length;
+    return limit + 1;
 }
 
 // The account as the routines read it. Ten characters stand as they are, shorter accounts are filled up with
@@ -57,9 +56,8 @@ public:
             text_ = account;
             return;
         }
-        const std::size_t zeros = account_length - length;
-        std::memset(padded_, '0', zeros);
-        std::memcpy(padded_ + zeros, account, length + 1);
+        std::memset(padded_, '0', account_length);
+        std::memcpy(padded_ + account_length - length, account, length + 1);
         text_ = padded_;
     }
 
@@ -71,12 +69,10 @@ private:
     char padded_[account_length + 1];
 };
 
-CheckResult check_without_bank_code(const char* account, std::uint8_t method) {
-    const MethodRoutine routine = method_table[method >> 4][method & 15];
-    return routine ? routine(account) : account_not_checkable;
-}
-
-CheckResult check_with_bank_code(const char* account, const char* bank_code, std::uint8_t method) {
+// The bank code is null where it is not known.
+CheckResult check(const char* account, const char* bank_code, std::uint8_t method) {
+    if (const MethodRoutine routine = method_table[method >> 4][method & 15]) return routine(account);
+    if (!bank_code) return account_not_checkable;
     switch (method) {
     case 0x52:
         return method_52(account, bank_code);
@@ -87,7 +83,7 @@ CheckResult check_with_bank_code(const char* account, const char* bank_code, std
     case 0xC0:
         return method_C0(account, bank_code);
     default:
-        return check_without_bank_code(account, method);
+        return account_not_checkable;
     }
 }
 
@@ -95,9 +91,10 @@ CheckResult check_with_bank_code(const char* account, const char* bank_code, std
 } // namespace velmora
 
 int sepa_account_check(const char* account, uint8_t method) {
-    const velmora::NormalisedAccount normalised(account);
-    if (!normalised.text()) return velmora::account_invalid;
-    return velmora::check_without_bank_code(normalised.text(), method);
+    using namespace velmora;
+    const NormalisedAccount normalised(account);
+    if (!normalised.text()) return account_invalid;
+    return check(normalised.text(), nullptr, method);
 }
 
 int sepa_account_check2(const char* account, const char* bank_code, uint8_t method) {
@@ -105,5 +102,5 @@ int sepa_account_check2(const char* account, const char* bank_code, uint8_t meth
     const NormalisedAccount normalised(account);
     if (!normalised.text() || !bank_code) return account_invalid;
     if (bounded_length(bank_code, bank_code_length) != bank_code_length) return account_invalid;
-    return check_with_bank_code(normalised.text(), bank_code, method);
+    return check(normalised.text(), bank_code, method);
 }

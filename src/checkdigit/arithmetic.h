@@ -28,6 +28,11 @@ constexpr int digit(const char* account, int position) {
     return account[position] - '0';
 }
 
+template <typename... Digit>
+constexpr bool is_one_of(int value, Digit... digit) {
+    return ((value == digit) || ...);
+}
+
 // One weight a position, from position 10 down to position 1. Weight 0 leaves the position out.
 struct Weights {
     int of[10];
@@ -53,11 +58,32 @@ constexpr int cross_sum(int product) {
     return product > 9 ? product / 10 + product % 10 : product;
 }
 
+// The cross sums of every character's product with weights 1 and 2; methods that take cross sums have no
+// others.
+struct CrossSums {
+    std::int16_t simple[256], doubled[256];
+};
+inline constexpr CrossSums cross_sums = [] {
+    CrossSums sums{};
+    for (int i = 0; i < 256; ++i) {
+        const int value = static_cast<char>(i) - '0';
+        sums.simple[i] = static_cast<std::int16_t>(cross_sum(value));
+        sums.doubled[i] = static_cast<std::int16_t>(cross_sum(2 * value));
+    }
+    return sums;
+}();
+
+[[gnu::always_inline]] inline int crosssum_product(char character, int weight) {
+    if (weight == 1) return cross_sums.simple[static_cast<unsigned char>(character)];
+    if (weight == 2) return cross_sums.doubled[static_cast<unsigned char>(character)];
+    return cross_sum((character - '0') * weight);
+}
+
 // Like weighted_sum(), every product replaced by the sum of its decimal digits.
 [[gnu::always_inline]] inline int crosssum_weighted_sum(const char* account, const Weights& weights) {
     int sum = 0;
     for (int position = P1; position <= P10; ++position)
-        sum += cross_sum(digit(account, position) * weights.of[P10 - position]);
+        sum += crosssum_product(account[position], weights.of[P10 - position]);
     return sum;
 }
 
@@ -68,6 +94,11 @@ constexpr int complement(int remainder, int modulus) {
 
 constexpr CheckResult expect_digit(const char* account, Position position, int check_digit) {
     return digit(account, position) == check_digit ? account_valid : account_invalid;
+}
+
+// Check digit by modulus 11, from 0 to 10. The methods differ in what they make of ten.
+[[gnu::always_inline]] inline int mod11_check_digit(const char* account, const Weights& weights) {
+    return complement(weighted_sum(account, weights) % 11, 11);
 }
 
 // --- The six helpers. Each gives account_valid or account_invalid. ---
@@ -92,7 +123,7 @@ constexpr CheckResult expect_digit(const char* account, Position position, int c
 // Modulus 11 where a check digit of ten cannot be written: no last digit makes such an account right.
 [[gnu::always_inline]] inline CheckResult check_mod11_ten_is_invalid(const char* account, Position position,
                                                                      const Weights& weights) {
-    const int check_digit = complement(weighted_sum(account, weights) % 11, 11);
+    const int check_digit = mod11_check_digit(account, weights);
     return check_digit == 10 ? account_invalid : expect_digit(account, position, check_digit);
 }
 

@@ -1,5 +1,8 @@
 // The check-digit methods of the Deutsche Bundesbank. The routine of a method stands in the file named after
 // its ten: B8 in methods_B0_B9.cpp. Each gets a normalised account (see arithmetic.h).
+//
+// Deliberate: accounts that a method exempts from the check are "not checkable", also where the published
+// text counts them as right. Method 95 is the exception (callers rely on both).
 #pragma once
 
 #include "checkdigit/arithmetic.h"

@@ -11,7 +11,7 @@ CheckResult method_10(const char* account) {
 
 // Method 10, but ten becomes nine.
 CheckResult method_11(const char* account) {
-    const int check_digit = complement(weighted_sum(account, weights_10) % 11, 11);
+    const int check_digit = mod11_check_digit(account, weights_10);
     return expect_digit(account, P10, check_digit == 10 ? 9 : check_digit);
 }
 
@@ -38,7 +38,7 @@ CheckResult method_15(const char* account) {
 // Modulus 11, weights 2 to 7 and 2 to 4. Where ten would be the check digit, the last two digits are alike.
 constexpr Weights weights_16 = weights_from(P9, 2, 3, 4, 5, 6, 7, 2, 3, 4);
 CheckResult method_16(const char* account) {
-    const int check_digit = complement(weighted_sum(account, weights_16) % 11, 11);
+    const int check_digit = mod11_check_digit(account, weights_16);
     return expect_digit(account, P10, check_digit == 10 ? digit(account, P9) : check_digit);
 }
 

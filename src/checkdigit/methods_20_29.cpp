@@ -26,7 +26,7 @@ CheckResult method_22(const char* account) {
 // Method 16 over positions 1 to 6, check digit in position 7.
 constexpr Weights weights_23 = weights_from(P6, 2, 3, 4, 5, 6, 7);
 CheckResult method_23(const char* account) {
-    const int check_digit = complement(weighted_sum(account, weights_23) % 11, 11);
+    const int check_digit = mod11_check_digit(account, weights_23);
     return expect_digit(account, P7, check_digit == 10 ? digit(account, P6) : check_digit);
 }
 
@@ -34,17 +34,8 @@ CheckResult method_23(const char* account) {
 // 11, and the units digit of the sum is the check digit. A first digit 3 to 6 is passed over, a first digit 9
 // together with the two digits behind it.
 static int first_position_24(const char* account) {
-    switch (digit(account, P1)) {
-    case 3:
-    case 4:
-    case 5:
-    case 6:
-        return P2;
-    case 9:
-        return P4;
-    default:
-        return P1;
-    }
+    const int kind = digit(account, P1);
+    return is_one_of(kind, 3, 4, 5, 6) ? P2 : kind == 9 ? P4 : P1;
 }
 CheckResult method_24(const char* account) {
     int position = first_position_24(account);
@@ -60,10 +51,9 @@ CheckResult method_24(const char* account) {
 // position 2.
 constexpr Weights weights_25 = weights_from(P9, 2, 3, 4, 5, 6, 7, 8, 9);
 CheckResult method_25(const char* account) {
-    const int check_digit = complement(weighted_sum(account, weights_25) % 11, 11);
+    const int check_digit = mod11_check_digit(account, weights_25);
     if (check_digit != 10) return expect_digit(account, P10, check_digit);
-    const int kind = digit(account, P2);
-    return kind == 8 || kind == 9 ? expect_digit(account, P10, 0) : account_invalid;
+    return is_one_of(digit(account, P2), 8, 9) ? expect_digit(account, P10, 0) : account_invalid;
 }
 
 // Modulus 11, weights 2 to 7 and 2, check digit in position 8; ten becomes zero. An account that begins with

@@ -73,19 +73,18 @@ CheckResult method_56(const char* account) {
     return expect_digit(account, P10, check_digit == 10 ? 7 : 8);
 }
 
-// The first two digits select the treatment of the account: x invalid, p plausibility instead of a check
-// digit,
-// - not checkable, e check digit at the end, t check digit in the third position.
+// The first two digits select the treatment: x invalid, p plausibility instead of a check digit, n not
+// checkable, e check digit at the end, t check digit in the third position.
 constexpr char treatments_57[] = "xppppppppp"  // 00 to 09
                                  "pppppppppp"  // 10 to 19
                                  "pppppppppp"  // 20 to 29
                                  "pptttttttt"  // 30 to 39
-                                 "-ttttttttt"  // 40 to 49
-                                 "-etttetttt"  // 50 to 59
+                                 "nttttttttt"  // 40 to 49
+                                 "netttetttt"  // 50 to 59
                                  "tetteeettt"  // 60 to 69
                                  "etteeeeeee"  // 70 to 79
                                  "eeetttttet"  // 80 to 89
-                                 "t-tteettt-"; // 90 to 99
+                                 "tntteetttn"; // 90 to 99
 constexpr Weights end_weights_57 = weights_from(P9, 1, 2, 1, 2, 1, 2, 1, 2, 1);
 constexpr Weights third_weights_57 = weights_from(P10, 1, 2, 1, 2, 1, 2, 1, 0, 2, 1);
 constexpr char accepted_account_57[] = "0185125434";
@@ -103,7 +102,7 @@ CheckResult method_57(const char* account) {
         return account_invalid;
     case 'p':
         return check_plausibility_57(account);
-    case '-':
+    case 'n':
         return account_not_checkable;
     case 'e':
         if (starts_with(account, "777777") || starts_with(account, "888888")) return account_not_checkable;

@@ -12,9 +12,9 @@ CheckResult method_60(const char* account) {
 // Modulus 10 with digit sums over positions 7 to 1, check digit in position 8. With an 8 in position 9 the
 // last two positions count, too.
 constexpr Weights weights_61 = weights_from(P7, 2, 1, 2, 1, 2, 1, 2);
-constexpr Weights weights_with_article_61 = weights_from(P10, 2, 1, 0, 2, 1, 2, 1, 2, 1, 2);
+constexpr Weights all_weights_61 = weights_from(P10, 2, 1, 0, 2, 1, 2, 1, 2, 1, 2);
 CheckResult method_61(const char* account) {
-    if (digit(account, P9) == 8) return check_crosssum_weighted(account, 10, P8, weights_with_article_61);
+    if (digit(account, P9) == 8) return check_crosssum_weighted(account, 10, P8, all_weights_61);
     return check_crosssum_weighted(account, 10, P8, weights_61);
 }
 
@@ -36,7 +36,7 @@ CheckResult method_64(const char* account) {
 
 // Method 61 with a 9 in position 9 for the special case.
 CheckResult method_65(const char* account) {
-    if (digit(account, P9) == 9) return check_crosssum_weighted(account, 10, P8, weights_with_article_61);
+    if (digit(account, P9) == 9) return check_crosssum_weighted(account, 10, P8, all_weights_61);
     return check_crosssum_weighted(account, 10, P8, weights_61);
 }
 

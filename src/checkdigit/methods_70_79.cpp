@@ -6,7 +6,7 @@ namespace velmora {
 // Modulus 11, weights 6 down to 1 on positions 2 to 7, check digit at the end; ten becomes one.
 constexpr Weights weights_71 = weights_from(P7, 1, 2, 3, 4, 5, 6);
 CheckResult method_71(const char* account) {
-    const int check_digit = complement(weighted_sum(account, weights_71) % 11, 11);
+    const int check_digit = mod11_check_digit(account, weights_71);
     return expect_digit(account, P10, check_digit == 10 ? 1 : check_digit);
 }
 
@@ -52,11 +52,11 @@ CheckResult method_75(const char* account) {
 
 // Modulus 11, weights 2 to 7 on positions 7 to 2; the remainder itself is the check digit, in position 8. The
 // same two places further right when the sub-account was left off. Remainder 10 is not checkable in either
-// reading. The first digit names the kind of account.
-constexpr std::string_view kinds_76 = "046789";
+// reading. The first digit names the kind of account. Deliberate: three zeros in positions 2 to 4 are invalid
+// in both readings, so a stem alone is, too (callers rely on it).
 constexpr Weights weights_76 = weights_from(P7, 2, 3, 4, 5, 6, 7);
 CheckResult method_76(const char* account) {
-    if (kinds_76.find(account[P1]) == std::string_view::npos) return account_invalid;
+    if (!is_one_of(digit(account, P1), 0, 4, 6, 7, 8, 9)) return account_invalid;
     if (std::string_view(account + P2, 3) == "000") return account_invalid;
     const int remainder = weighted_sum(account, weights_76) % 11;
     if (remainder == 10) return account_not_checkable;

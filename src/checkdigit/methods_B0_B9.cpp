@@ -20,8 +20,7 @@ CheckResult method_B3(const char* account) {
 
 // Method 05, then method 00, which is closed to accounts with an 8 or 9 in position 1.
 static CheckResult second_B5(const char* account) {
-    const int kind = digit(account, P1);
-    return kind == 8 || kind == 9 ? account_invalid : method_00(account);
+    return is_one_of(digit(account, P1), 8, 9) ? account_invalid : method_00(account);
 }
 CheckResult method_B5(const char* account) {
     return first_not_invalid(account, method_05, second_B5);

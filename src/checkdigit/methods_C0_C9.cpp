@@ -44,19 +44,11 @@ constexpr NumberRange stem_digits_C5 = {1, 8}; // first digit of a stem
 constexpr NumberRange unchecked_digits_C5 = {3,
                                              5}; // first digit of an eight-digit account without check digit
 static CheckResult ten_digits_C5(const char* account) {
-    switch (digit(account, P1)) {
-    case 1:
-    case 4:
-    case 5:
-    case 6:
-    case 9:
-        return method_29(account);
-    case 3:
-        return method_00(account);
-    default:
-        return starts_with(account, "70") || starts_with(account, "85") ? account_not_checkable
-                                                                        : account_invalid;
-    }
+    const int kind = digit(account, P1);
+    if (is_one_of(kind, 1, 4, 5, 6, 9)) return method_29(account);
+    if (kind == 3) return method_00(account);
+    const bool unchecked = starts_with(account, "70") || starts_with(account, "85");
+    return unchecked ? account_not_checkable : account_invalid;
 }
 CheckResult method_C5(const char* account) {
     switch (significant_digits(account)) {

@@ -33,7 +33,7 @@ CheckResult method_E3(const char* account) {
     return first_not_invalid(account, method_00, method_21);
 }
 
-// Method 02, then method 00.
+// Method 02, then method 00; only the latter takes digit sums.
 CheckResult method_E4(const char* account) {
     return first_not_invalid(account, method_02, method_00);
 }

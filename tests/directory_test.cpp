@@ -163,7 +163,12 @@ TEST(Directory, EveryGermanBankOfTheData) {
         EXPECT_EQ(entry.deleted, header(0));
         EXPECT_EQ(entry.method, header(1));
         EXPECT_EQ(entry.iban_rule, header(2) * 256U + header(3));
-        EXPECT_EQ(directory_check_method(code), header(1));
+        GermanBank bank;
+        ASSERT_TRUE(directory_find_german_bank(code, &bank));
+        EXPECT_EQ(bank.deleted, entry.deleted);
+        EXPECT_EQ(bank.method, entry.method);
+        EXPECT_EQ(bank.iban_rule, entry.iban_rule);
+        EXPECT_EQ(bank.successor, entry.successor);
     }
 }
 
@@ -190,7 +195,8 @@ TEST(Directory, RandomKeysAreRefused) {
             ASSERT_EQ(directory_find(key).empty(), !known) << key;
         }
         ASSERT_EQ(sepa_bankid_check("DE", german.c_str(), nullptr), keys.contains("_DE" + german) ? 1 : -2);
-        ASSERT_EQ(directory_check_method(german) >= 0, keys.contains("_DE" + german)) << german;
+        GermanBank bank;
+        ASSERT_EQ(directory_find_german_bank(german, &bank), keys.contains("_DE" + german)) << german;
         ASSERT_EQ(sepa_bankid_check("AT", austrian.c_str(), nullptr),
                   keys.contains("_AT" + austrian) ? 1 : -2);
         ASSERT_EQ(sepa_bic_getBank(bic.c_str(), nullptr), keys.contains(bic) ? 1 : -2) << bic;

@@ -37,25 +37,21 @@ struct Bank {
 };
 std::map<std::string, Bank> own_banks;
 
-int find_bank(const char* country, const char* bank_id, DirectoryEntry* out) {
-    const auto bank = own_banks.find(bank_id);
-    if (bank == own_banks.end()) return directory_lookup(country, bank_id, out);
-    *out = {};
-    out->iban_rule = bank->second.iban_rule;
-    out->method = bank->second.method;
-    out->deleted = !bank->second.successor.empty();
-    std::strcpy(out->text, bank->second.successor.c_str());
-    out->successor = out->text;
-    return 1;
+bool find_bank(std::string_view bank_code, GermanBank* out) {
+    const auto bank = own_banks.find(std::string(bank_code));
+    if (bank == own_banks.end()) return directory_find_german_bank(bank_code, out);
+    const auto& [iban_rule, method, successor] = bank->second;
+    *out = {!successor.empty(), method, iban_rule, successor};
+    return true;
 }
 
 // Converts into a buffer full of other bytes, of which exactly 35 may change.
 Conversion convert(const char* country, const char* account, const char* bank_code,
-                   BankLookup* lookup = directory_lookup) {
+                   BankLookup* lookup = directory_find_german_bank) {
     char buffer[40];
     std::memset(buffer, '#', sizeof buffer);
     std::uint8_t status = 99;
-    const int result = lookup == directory_lookup
+    const int result = lookup == directory_find_german_bank
                            ? sepa_iban_convert(country, account, bank_code, buffer, &status)
                            : convert_account(country, account, bank_code, buffer, &status, lookup);
     const std::string iban = buffer;
@@ -86,8 +82,8 @@ TEST(IbanConvert, PublishedCases) {
         EXPECT_EQ(convert("DE", account.c_str(), bank_code.c_str(), find_bank), expected) << line;
         ++cases;
 
-        DirectoryEntry entry;
-        if (directory_lookup("DE", bank_code.c_str(), &entry) != 1 || entry.iban_rule / 100 != rule ||
+        GermanBank entry;
+        if (!directory_find_german_bank(bank_code, &entry) || entry.iban_rule / 100 != rule ||
             entry.method != bank.method || entry.successor != successor)
             continue;
         account.insert(0, 10 - account.size(), '0');

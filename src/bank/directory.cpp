@@ -169,12 +169,16 @@ bool directory_find_bank(const char* country, const char* bank_id, DirectoryText
     return true;
 }
 
-int directory_check_method(std::string_view bank_code) {
+bool directory_find_german_bank(std::string_view bank_code, GermanBank* out) {
     char key[german_key_length] = {'_', 'D', 'E'};
-    if (bank_code.size() != sizeof(key) - key_prefix_length) return -1;
+    if (bank_code.size() != sizeof(key) - key_prefix_length) return false;
     std::memcpy(key + key_prefix_length, bank_code.data(), sizeof(key) - key_prefix_length);
     const DirectoryRecord* record = find_record({key, sizeof(key)});
-    return record == nullptr ? -1 : static_cast<std::uint8_t>(german_bank(record).header[1]);
+    if (record == nullptr) return false;
+    const Bank bank = german_bank(record);
+    const auto header = [&](std::size_t i) { return static_cast<std::uint8_t>(bank.header[i]); };
+    *out = {header(0), header(1), header(2) * 256U + header(3), {bank.texts, bank.at->bic - std::size_t{1}}};
+    return true;
 }
 
 } // namespace velmora

@@ -52,8 +52,15 @@ int directory_lookup(const char* country, const char* bank_id, DirectoryEntry* o
 // Finds the same bank without copying its texts, which `out` (it may be null) is pointed at.
 bool directory_find_bank(const char* country, const char* bank_id, DirectoryTexts* out);
 
-// Check-digit method code of a German bank code of eight characters, or -1 when there is no such bank: all
-// that an account check needs of a bank.
-int directory_check_method(std::string_view bank_code);
+// What account checks and IBAN construction need of a German bank; the text stands in the directory.
+struct GermanBank {
+    std::uint8_t deleted;
+    std::uint8_t method;
+    std::uint32_t iban_rule;
+    std::string_view successor;
+};
+
+// Finds a German bank by a bank code of eight characters.
+bool directory_find_german_bank(std::string_view bank_code, GermanBank* out);
 
 } // namespace velmora

@@ -56,9 +56,10 @@ int validate_german_account(const char* iban, const char** error) {
     char account[10 + 1] = {};
     std::memcpy(bank_code, iban + 4, 8);
     std::memcpy(account, iban + 12, 10);
-    const int method = directory_check_method({bank_code, 8});
-    if (method < 0) return fail(error, "Invalid bank ID (BLZ) in IBAN");
-    if (sepa_account_check2(account, bank_code, static_cast<std::uint8_t>(method)) == -1)
+    GermanBank bank;
+    if (!directory_find_german_bank({bank_code, 8}, &bank))
+        return fail(error, "Invalid bank ID (BLZ) in IBAN");
+    if (sepa_account_check2(account, bank_code, bank.method) == -1)
         return fail(error, "Invalid account number in IBAN");
     return 1;
 }

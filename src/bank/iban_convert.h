@@ -2,13 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "bank/directory.h"
 
 namespace velmora {
 
-// What finds a bank; directory_lookup() but in tests.
-using BankLookup = int(const char* country, const char* bank_id, DirectoryEntry* out);
+// What finds a bank; directory_find_german_bank() but in tests.
+using BankLookup = bool(std::string_view bank_code, GermanBank* out);
 
 // sepa_iban_convert() over any directory.
 int convert_account(const char* country, const char* account, const char* bank_code, char* iban,

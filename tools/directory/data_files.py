@@ -91,16 +91,19 @@ def render(directory):
 
 
 def write(folder, files):
-    """Replaces the files that differ; a file is either the old or the new one. The names of those replaced."""
-    changed = []
-    for name, text in files.items():
-        path = pathlib.Path(folder, name)
-        if not path.exists() or path.read_text(encoding="utf-8") != text:
-            path.with_suffix(".new").write_text(text, encoding="utf-8", newline="\n")
-            changed.append(name)
-    for name in changed:
-        path = pathlib.Path(folder, name)
-        os.replace(path.with_suffix(".new"), path)
+    """Replaces the files that differ, all of them or none; the names of those replaced."""
+    paths = {name: pathlib.Path(folder, name) for name in files}
+    changed = [name for name, path in paths.items()
+               if not path.exists() or path.read_text(encoding="utf-8") != files[name]]
+    drafts = {name: paths[name].with_suffix(".new") for name in changed}
+    try:
+        for name, draft in drafts.items():
+            draft.write_text(files[name], encoding="utf-8", newline="\n")
+        for name, draft in drafts.items():
+            os.replace(draft, paths[name])
+    finally:
+        for draft in drafts.values():
+            draft.unlink(missing_ok=True)
     return changed
 
 

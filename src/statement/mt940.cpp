@@ -202,8 +202,8 @@ char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
         case Tag::end:
             return line.begin;
         case Tag::other:
-            // Deliberate: so is another ":20:". A statement that no "-" closes takes in the one behind it
-            // (callers rely on it).
+            // Deliberate: a further ":20:" is skipped, too. A statement that no "-" closes takes in what
+            // follows (callers rely on it).
             break;
         }
         if (outcome == Outcome::malformed) return line.begin;

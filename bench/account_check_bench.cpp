@@ -80,11 +80,11 @@ const std::vector<Check>& checks_of_mix() {
 }
 
 void run(benchmark::State& state, const std::vector<Check>& checks) {
-    std::size_t i = 0;
+    const Check* const end = checks.data() + checks.size();
+    const Check* check = checks.data();
     for (auto _ : state) {
-        const Check& check = checks[i];
-        i = i + 1 < checks.size() ? i + 1 : 0;
-        benchmark::DoNotOptimize(sepa_account_check2(check.account, check.bank_code, check.method));
+        benchmark::DoNotOptimize(sepa_account_check2(check->account, check->bank_code, check->method));
+        if (++check == end) check = checks.data();
     }
 }
 
@@ -93,11 +93,11 @@ void run_ktoblzcheck(benchmark::State& state, const std::vector<Check>& checks) 
     std::vector<PeerCheck> peer_checks;
     for (const Check& check : checks)
         peer_checks.push_back({check.account, check.bank_code, method_name(check.method)});
-    std::size_t i = 0;
+    const PeerCheck* const end = peer_checks.data() + peer_checks.size();
+    const PeerCheck* check = peer_checks.data();
     for (auto _ : state) {
-        const PeerCheck& check = peer_checks[i];
-        i = i + 1 < peer_checks.size() ? i + 1 : 0;
-        benchmark::DoNotOptimize(checker.check(check.bank_code, check.account, check.method));
+        benchmark::DoNotOptimize(checker.check(check->bank_code, check->account, check->method));
+        if (++check == end) check = peer_checks.data();
     }
 }
 

@@ -35,11 +35,16 @@ constexpr MethodRoutine method_table[16][16] = {
     {method_E0, method_E1, method_E2, method_E3, method_E4, none, none, none, none, none},
 };
 
+MethodRoutine method_routine(std::uint8_t code) {
+    return method_table[code >> 4][code & 15];
+}
+
 constexpr std::size_t account_length = 10;
 constexpr std::size_t bank_code_length = 8;
 
-// Length of a text, or limit + 1 where it is longer. Inlined, a constant limit leaves no loop.
+// Length of a text, or limit + 1 where it is longer. Unrolled for the constant limits of its callers.
 [[gnu::always_inline]] inline std::size_t bounded_length(const char* text, std::size_t limit) {
+#pragma GCC unroll 11
     for (std::size_t length = 0; length <= limit; ++length)
         if (text[length] == '\0') return length;
     return limit + 1;
@@ -69,10 +74,7 @@ private:
     char padded_[account_length + 1];
 };
 
-// The bank code is null where it is not known.
-CheckResult check(const char* account, const char* bank_code, std::uint8_t method) {
-    if (const MethodRoutine routine = method_table[method >> 4][method & 15]) return routine(account);
-    if (!bank_code) return account_not_checkable;
+CheckResult check_with_bank_code(const char* account, const char* bank_code, std::uint8_t method) {
     switch (method) {
     case 0x52:
         return method_52(account, bank_code);
@@ -92,15 +94,17 @@ CheckResult check(const char* account, const char* bank_code, std::uint8_t metho
 
 int sepa_account_check(const char* account, uint8_t method) {
     using namespace velmora;
+    const MethodRoutine routine = method_routine(method);
     const NormalisedAccount normalised(account);
     if (!normalised.text()) return account_invalid;
-    return check(normalised.text(), nullptr, method);
+    return routine ? routine(normalised.text()) : account_not_checkable;
 }
 
 int sepa_account_check2(const char* account, const char* bank_code, uint8_t method) {
     using namespace velmora;
+    const MethodRoutine routine = method_routine(method);
     const NormalisedAccount normalised(account);
     if (!normalised.text() || !bank_code) return account_invalid;
     if (bounded_length(bank_code, bank_code_length) != bank_code_length) return account_invalid;
-    return check(normalised.text(), bank_code, method);
+    return routine ? routine(normalised.text()) : check_with_bank_code(normalised.text(), bank_code, method);
 }

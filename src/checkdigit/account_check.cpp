@@ -65,6 +65,8 @@ public:
         std::memcpy(padded_ + account_length - length, account, length + 1);
         text_ = padded_;
     }
+    NormalisedAccount(const NormalisedAccount&) = delete;
+    NormalisedAccount& operator=(const NormalisedAccount&) = delete;
 
     // Null for an account that is missing, empty or too long.
     const char* text() const { return text_; }

@@ -22,7 +22,7 @@ void prefer_huge_pages(void* block, std::size_t size) {
 } // namespace
 
 StatementText allocate_text(std::size_t size) {
-    StatementText text(static_cast<char*>(std::malloc(size)));
+    StatementText text(static_cast<char*>(std::malloc(size)), {size});
     if (text != nullptr) prefer_huge_pages(text.get(), size);
     return text;
 }
@@ -30,19 +30,21 @@ StatementText allocate_text(std::size_t size) {
 RecordPool::~RecordPool() {
     while (last_ != nullptr) {
         Block* previous = last_->previous;
+        explicit_bzero(last_, last_->size - left_); // the rest was never written
+        left_ = 0;
         std::free(last_);
         last_ = previous;
     }
 }
 
 bool RecordPool::grow() {
-    const std::size_t size = std::clamp(block_size_ * 2, first_block, largest_block);
+    const std::size_t size = std::clamp(last_ == nullptr ? 0 : last_->size * 2, first_block, largest_block);
     auto* block = static_cast<Block*>(std::calloc(1, size));
     if (block == nullptr) return false;
     prefer_huge_pages(block, size);
     block->previous = last_;
+    block->size = size;
     last_ = block;
-    block_size_ = size;
     free_ = reinterpret_cast<char*>(block + 1);
     left_ = size - sizeof(Block);
     return true;

@@ -3,24 +3,31 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 namespace velmora {
 
-struct Free {
-    void operator()(void* block) const { std::free(block); }
+struct WipeAndFree {
+    std::size_t size = 0;
+
+    void operator()(char* text) const {
+        explicit_bzero(text, size);
+        std::free(text);
+    }
 };
 
 // The zero-terminated text of a statement file. Every text of the records is a piece of it.
-using StatementText = std::unique_ptr<char[], Free>;
+using StatementText = std::unique_ptr<char[], WipeAndFree>;
 
 // Null without memory.
 StatementText allocate_text(std::size_t size);
 
-// Hands out the records of a file one behind the other and releases them all at once.
+// Hands out the records of a file one behind the other; wipes and releases them all at once.
 class RecordPool {
     struct Block {
         Block* previous;
+        std::size_t size;
     };
 
 public:
@@ -43,7 +50,6 @@ private:
     Block* last_ = nullptr;
     char* free_ = nullptr;
     std::size_t left_ = 0;
-    std::size_t block_size_ = 0;
 };
 
 } // namespace velmora

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Runs the code blocks of a document, so that none can rot.
 
-    run_blocks.py --build BUILD_DIR --php PHP DOCUMENT.md
+    run_blocks.py --build BUILD_DIR --php PHP [--nothing-installed] DOCUMENT.md
 
 The blocks run one after the other at the root of a copy of the project, as on a machine where the library and the
-extension are installed: ```c is compiled without a warning and run, ```php and ```sh are run, ```cmake is taken as the
+extension are installed, or with --nothing-installed are not: ```c is compiled without a warning and run, ```php and ```sh are run, ```cmake is taken as the
 CMakeLists.txt of a project and built. A block whose first line is a comment with a file name is kept under that name
 for the blocks after it. A ```text or ```xml block is what the block before it prints; "..." in it stands for anything,
 on a line of its own for any number of lines. Anything else is an error, and so is a block that fails.
@@ -23,8 +23,12 @@ SOURCE = Path(__file__).resolve().parents[2]
 OUTPUT_LANGUAGES = ("text", "xml")
 FILE_NAME = re.compile(r"(?:/\*|//|#)\s*([\w.-]+\.(?:c|php|sh))\b")
 
-# What cannot be run from here: the command that runs this test.
-NOT_RUN = {"script/test": "runs this very test"}
+# What is not run from here, but has to be there.
+NOT_RUN = {"script/test": "runs this very test", "script/bench": "takes minutes", "script/fuzz": "takes minutes"}
+
+# What a document may install on the machine. If it is there already, the document is skipped.
+PACKAGES = ("php-sepa", "libvelmora")
+SKIPPED = 77
 
 
 class Block:
@@ -66,36 +70,31 @@ def output_pattern(text):
 
 
 class Machine:
-    """A copy of the project, and an environment in which a build of it is installed."""
+    """A copy of the project, and an environment in which a build of it is installed or not."""
 
-    def __init__(self, folder, build, php):
-        self.php, self.tree = php, folder / "tree"
-        prefix, tools = folder / "prefix", folder / "bin"
+    def __init__(self, folder, php):
+        self.php, self.folder, self.tree = php, folder, folder / "tree"
         copy_project(self.tree)
-        self.check("cmake", "--install", build, "--prefix", prefix)
-        library_dir = next(prefix.glob("lib*/**/libvelmora.so")).parent
-        self.environment = os.environ | {
-            "CMAKE_GENERATOR": "Ninja",
-            "CMAKE_PREFIX_PATH": str(prefix),
-            "CPATH": str(prefix / "include"),
-            "HOME": str(folder),
-            "LC_ALL": "C.UTF-8",
-            "LD_LIBRARY_PATH": str(library_dir),
-            "LIBRARY_PATH": str(library_dir),
-            "MANPATH": str(prefix / "share/man"),
-            "MANPAGER": "cat",
-            "PATH": f"{tools}:{os.environ['PATH']}",
-            "PHP_INI_SCAN_DIR": f":{next(prefix.rglob('*sepa.ini')).parent}",
-            "PKG_CONFIG_PATH": str(library_dir / "pkgconfig"),
-        }
+        tools = folder / "bin"
+        tools.mkdir()
+        self.environment = os.environ | {"CMAKE_GENERATOR": "Ninja", "HOME": str(folder), "LC_ALL": "C.UTF-8",
+                                         "PATH": f"{tools}:{os.environ['PATH']}"}
         if os.geteuid() == 0:
-            tools.mkdir()
             (tools / "sudo").write_text('#!/bin/sh\nexec "$@"\n')
             (tools / "sudo").chmod(0o755)
 
-    @staticmethod
-    def check(*command):
-        subprocess.run([str(word) for word in command], check=True, stdout=subprocess.DEVNULL)
+    def install(self, build):
+        prefix = self.folder / "prefix"
+        subprocess.run(["cmake", "--install", build, "--prefix", prefix], check=True, stdout=subprocess.DEVNULL)
+        library_dir = next(prefix.glob("lib*/**/libvelmora.so")).parent
+        self.environment |= {
+            "CMAKE_PREFIX_PATH": str(prefix),
+            "CPATH": str(prefix / "include"),
+            "LD_LIBRARY_PATH": str(library_dir),
+            "LIBRARY_PATH": str(library_dir),
+            "PHP_INI_SCAN_DIR": f":{next(prefix.rglob('*sepa.ini')).parent}",
+            "PKG_CONFIG_PATH": str(library_dir / "pkgconfig"),
+        }
 
     def run(self, *command):
         return subprocess.run([str(word) for word in command], cwd=self.tree, env=self.environment, text=True,
@@ -135,7 +134,7 @@ def run_sh(machine, path):
         return None
     kept = []
     for line in text.splitlines(keepends=True):
-        command = line.split("#")[0].strip()
+        command = line.partition(" ")[0].strip()
         if command in NOT_RUN:
             if not os.access(SOURCE / command, os.X_OK):
                 sys.exit(f"there is no {command}")
@@ -173,13 +172,34 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--build", type=Path, required=True)
     parser.add_argument("--php", required=True)
+    parser.add_argument("--nothing-installed", action="store_true")
     parser.add_argument("document", type=Path)
     arguments = parser.parse_args()
     document = arguments.document
 
     blocks = read_blocks(document)
+    installs = any("sudo dpkg" in block.text for block in blocks)
+    if installs and any(is_installed(package) for package in PACKAGES):
+        print("SKIPPED: the packages are installed")
+        sys.exit(SKIPPED)
+    try:
+        run_document(document, blocks, arguments)
+    finally:
+        for package in PACKAGES:
+            if installs and is_installed(package):
+                subprocess.run(["dpkg", "--purge", package])
+    print(f"{len(blocks)} blocks")
+
+
+def is_installed(package):
+    return subprocess.run(["dpkg-query", "--show", package], capture_output=True).returncode == 0
+
+
+def run_document(document, blocks, arguments):
     with tempfile.TemporaryDirectory() as folder:
-        machine = Machine(Path(folder), arguments.build, arguments.php)
+        machine = Machine(Path(folder), arguments.php)
+        if not arguments.nothing_installed:
+            machine.install(arguments.build)
         result, previous = None, None
         for block in blocks:
             print(f"{document.name}:{block.line}: {block.language}", flush=True)
@@ -191,7 +211,6 @@ def main():
                 previous = None
             else:
                 sys.exit(f"{document}:{block.line}: what is this block, '{block.language}'?")
-    print(f"{len(blocks)} blocks")
 
 
 if __name__ == "__main__":

@@ -42,20 +42,12 @@ MethodRoutine method_routine(std::uint8_t code) {
 constexpr std::size_t account_length = 10;
 constexpr std::size_t bank_code_length = 8;
 
-// Length of a text, or limit + 1 where it is longer. Unrolled for the constant limits of its callers.
-[[gnu::always_inline]] inline std::size_t bounded_length(const char* text, std::size_t limit) {
-#pragma GCC unroll 11
-    for (std::size_t length = 0; length <= limit; ++length)
-        if (text[length] == '\0') return length;
-    return limit + 1;
-}
-
 // The account as the routines read it. Ten characters stand as they are, shorter accounts are filled up with
 // zeros on the left.
 class NormalisedAccount {
 public:
     explicit NormalisedAccount(const char* account) {
-        const std::size_t length = account ? bounded_length(account, account_length) : 0;
+        const std::size_t length = account ? std::strlen(account) : 0;
         if (length == 0 || length > account_length) return;
         if (length == account_length) {
             text_ = account;
@@ -106,7 +98,7 @@ int sepa_account_check2(const char* account, const char* bank_code, uint8_t meth
     using namespace velmora;
     const MethodRoutine routine = method_routine(method);
     const NormalisedAccount normalised(account);
-    if (!normalised.text() || !bank_code) return account_invalid;
-    if (bounded_length(bank_code, bank_code_length) != bank_code_length) return account_invalid;
+    if (!normalised.text() || !bank_code || std::strlen(bank_code) != bank_code_length)
+        return account_invalid;
     return routine ? routine(normalised.text()) : check_with_bank_code(normalised.text(), bank_code, method);
 }

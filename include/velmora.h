@@ -205,7 +205,8 @@ int sepa_setMessageId(sepa_t* message, const char* id);
  * reference, 1-35), "mdate" (signature date, 10), "old_mref" (1-35), "old_iban", "smnda" ("1"); any other
  * key is refused. Credit transfers also: "purp" (purpose code, 4); any other key is ignored.
  *
- * "iban" and "amount" are always required, "bic" under "DE-2.6".
+ * "iban" and "amount" are always required, "bic" under "DE-2.6". Under "DE-3.7" a structured address key is
+ * taken only while the message holds no error text: after any failed call on a message, start a new one.
  *
  * @return 1, or 0 with the reason; the message then stays as it was but for its error text.
  */

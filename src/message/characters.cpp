@@ -52,9 +52,10 @@ const char* find_forbidden_character(std::string_view text, CharacterSet set, Ru
             ++i;
             continue;
         }
+        const std::string_view rest(text.data() + i, text.size() - i); // substr()'s check needs libstdc++
         std::size_t length = 0;
-        if (is_name) length = german_letter(text.substr(i));
-        if (length == 0 && is_austrian) length = euro_sign(text.substr(i));
+        if (is_name) length = german_letter(rest);
+        if (length == 0 && is_austrian) length = euro_sign(rest);
         if (length == 0) return text.data() + i;
         i += length;
     }

@@ -15,7 +15,7 @@ struct RetiredId {
     OwnedText text;
 };
 
-}  // namespace velmora
+} // namespace velmora
 
 struct sepa {
     std::uint32_t type = 0;           // SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI

@@ -158,6 +158,9 @@ bool set_sequence_type(sepa_t* message, Transaction& transaction, const char* va
     return refuse(message, "Invalid/unknown sequence type");
 }
 
+// From here on cents do not fit into 64 bits and a document would show another amount.
+constexpr double too_large = 92233720368547758.0;
+
 bool set_amount(sepa_t* message, Transaction& transaction, const char* value) {
     if (value == nullptr) return refuse(message, "Invalid amount");
     char* end = nullptr;
@@ -166,10 +169,9 @@ bool set_amount(sepa_t* message, Transaction& transaction, const char* value) {
     const bool out_of_range = errno == ERANGE;
     if (*end != '\0') return refuse(message, "Invalid amount");
     if (amount == 0) return refuse(message, out_of_range ? "Invalid amount" : "Empty amount not allowed");
-    const bool is_infinite = std::isinf(amount);
-    if (is_infinite && out_of_range) return refuse(message, "Invalid amount");
+    if (out_of_range && std::isinf(amount)) return refuse(message, "Invalid amount");
     if (amount < 0) return refuse(message, "Negative or zero amount not allowed");
-    if (is_infinite) return refuse(message, "Invalid amount");
+    if (amount >= too_large) return refuse(message, "Invalid amount");
     transaction.amount = round_to_cents(amount);
     return true;
 }

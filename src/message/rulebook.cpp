@@ -3,6 +3,8 @@
 #include <ctime>
 #include <iterator>
 
+#include "message/local_time.h"
+
 namespace velmora {
 namespace {
 
@@ -44,9 +46,7 @@ Rulebook rulebook_by_name(std::string_view name) {
 Rulebook rulebook_of_today() {
     // DE-3.7 holds from 17 April 2024 on.
     constexpr int change_year = 2024 - 1900, change_month = 4 - 1, change_day = 17;
-    const std::time_t now = std::time(nullptr);
-    std::tm today{};
-    if (localtime_r(&now, &today) == nullptr) return Rulebook::de_3_7;
+    const std::tm today = local_time(std::time(nullptr));
     if (today.tm_year != change_year)
         return today.tm_year > change_year ? Rulebook::de_3_7 : Rulebook::de_3_5;
     if (today.tm_mon != change_month)

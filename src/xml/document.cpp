@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "message/local_time.h"
+
 namespace velmora {
 namespace {
 
@@ -21,9 +23,7 @@ unsigned message_id_counter = 0;
 // Sets the date of payments without one to today, unless the caller did. False without memory.
 bool ensure_date(sepa_t* message) {
     if (message->date) return true;
-    const std::time_t now = std::time(nullptr);
-    std::tm today{};
-    localtime_r(&now, &today);
+    const std::tm today = local_time(std::time(nullptr));
     char text[11];
     return message->date.assign({text, std::strftime(text, sizeof text, "%Y-%m-%d", &today)});
 }
@@ -66,8 +66,7 @@ char* DocumentWriter::release() {
 
 bool ensure_message_id(sepa_t* message, std::time_t now) {
     if (message->message_id) return true;
-    std::tm local{};
-    localtime_r(&now, &local);
+    const std::tm local = local_time(now);
     const unsigned number = (message_id_counter++ + static_cast<unsigned>(getpid()) * 100u) % 10000000u;
     char id[36];
     const int length =

@@ -1,6 +1,11 @@
 # What `cmake --install` puts where. php/ installs the extension beside it.
 include(CMakePackageConfigHelpers)
 
+# Called as the package is, not as the project.
+if("$CACHE{CMAKE_INSTALL_DOCDIR}" STREQUAL "")
+  set(CMAKE_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/libvelmora)
+endif()
+
 install(TARGETS velmora EXPORT velmora
         LIBRARY COMPONENT library NAMELINK_COMPONENT library)
 install(FILES include/velmora.h TYPE INCLUDE COMPONENT library)

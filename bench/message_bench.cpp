@@ -1,86 +1,35 @@
 // Adding payments and writing documents.
 #include <libxml/xmlwriter.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <memory>
 #include <string>
 
+#include "payments.h"
 #include "velmora.h"
 #include "workload.h"
 
 namespace {
 
-struct FreeMessage {
-    void operator()(sepa_t* message) const { sepa_free(message); }
-};
-using Message = std::unique_ptr<sepa_t, FreeMessage>;
-using Text = std::unique_ptr<char, decltype(&std::free)>;
-
-// A typical payment: everything a bill collector or payroll gives, no postal address.
-struct Payment {
-    char id[24], amount[16], mandate[24], date[11];
-};
-
-Payment payment(long number, long dates) {
-    Payment p;
-    std::snprintf(p.id, sizeof p.id, "RE-2026-%07ld", number);
-    std::snprintf(p.amount, sizeof p.amount, "%ld.%02ld", 10 + number % 990, number % 100);
-    std::snprintf(p.mandate, sizeof p.mandate, "M-%07ld", number);
-    const long day = number % dates;
-    std::snprintf(p.date, sizeof p.date, "%04ld-%02ld-%02ld", 2026 + day / 336, day / 28 % 12 + 1,
-                  day % 28 + 1);
-    return p;
-}
-
-constexpr char iban[] = "DE37701900002246044670";
-constexpr char bic[] = "GENODEF1M01";
-constexpr char name[] = "Mühlenwerke Süd GmbH & Co. KG";
-constexpr char reference[] = "Rechnung 88213 vom 12.01.2027, Kundennummer 4711";
-constexpr char mandate_date[] = "2024-03-15";
-
-int add(sepa_t* message, std::uint32_t type, const Payment& p) {
-    const char* const debit[] = {"name",   name,   "iban", iban,      "bic",   bic,          "amount",
-                                 p.amount, "date", p.date, "id",      p.id,    "ref",        reference,
-                                 "seq",    "RCUR", "mref", p.mandate, "mdate", mandate_date, nullptr};
-    const char* const credit[] = {"name", name,   "iban", iban, "bic", bic,       "amount", p.amount,
-                                  "date", p.date, "id",   p.id, "ref", reference, nullptr};
-    return sepa_add(message, type == SEPA_MSGTYPE_DDI ? debit : credit);
-}
-
-Message new_message(std::uint32_t type) {
-    sepa_init(SEPA_INIT_RULEBOOK, "DE-3.7");
-    Message message(sepa_new(type));
-    sepa_setName(message.get(), "Turnverein München-Süd e.V.");
-    sepa_setIBAN(message.get(), "DE16701900000376033458");
-    sepa_setBIC(message.get(), bic);
-    sepa_setCreditorIdentifier(message.get(), "DE98ZZZ09999999999");
-    return message;
-}
-
-Message filled_message(std::uint32_t type, long payments, long dates) {
-    Message message = new_message(type);
-    for (long i = 0; i < payments; i++)
-        if (!add(message.get(), type, payment(i, dates))) return nullptr;
-    return message;
-}
+using namespace payments;
 
 void add_payment(benchmark::State& state, std::uint32_t type) {
-    constexpr long in_one_message = 1000;
+    constexpr std::size_t in_one_message = 1000;
+    Payment list[in_one_message];
+    for (std::size_t i = 0; i < in_one_message; ++i)
+        list[i] = payment(static_cast<long>(i), 4);
     Message message = new_message(type);
-    long number = 0;
+    std::size_t number = 0;
     for (auto _ : state) {
-        if (++number % in_one_message == 0) {
+        if (number == in_one_message) {
             state.PauseTiming();
             message = new_message(type);
+            number = 0;
             state.ResumeTiming();
         }
-        if (!add(message.get(), type, payment(number, 4)))
+        if (!add(message.get(), type, list[number++]))
             return state.SkipWithError(sepa_getError(message.get()));
     }
 }
@@ -219,39 +168,18 @@ void direct_debits_libxml2(benchmark::State& state) {
     count(state, static_cast<std::size_t>(size), payments);
 }
 
-// Bytes that /proc/self/status names.
-double status_bytes(const char* field) {
-    std::ifstream file("/proc/self/status");
-    for (std::string line; std::getline(file, line);)
-        if (line.rfind(field, 0) == 0)
-            return std::strtod(line.c_str() + std::strlen(field) + 1, nullptr) * 1024;
-    return 0;
-}
-
-// Memory for one document, in a process of its own: the payments in the message, the finished text, and the
-// most that was in use.
+// Memory for one document, in a fresh process: the payments in the message, the finished text, and the most
+// that was in use.
 void document_memory(benchmark::State& state) {
-    double measured[3] = {};
+    const std::string command = VELMORA_DOCUMENT_MEMORY " " + std::to_string(state.range(0));
+    double records = 0, text = 0, peak = 0;
     for (auto _ : state) {
-        int channel[2];
-        if (pipe(channel) != 0) return state.SkipWithError("pipe");
-        if (const pid_t child = fork(); child == 0) {
-            const double at_start = status_bytes("VmRSS:");
-            const Message message = filled_message(SEPA_MSGTYPE_DDI, state.range(0), 4);
-            const double records = status_bytes("VmRSS:") - at_start;
-            const Text text(sepa_toXML(message.get()), &std::free);
-            const double result[3] = {records, static_cast<double>(std::strlen(text.get())),
-                                      status_bytes("VmHWM:") - at_start};
-            _exit(write(channel[1], result, sizeof result) == sizeof result ? 0 : 1);
-        } else {
-            close(channel[1]);
-            if (read(channel[0], measured, sizeof measured) != sizeof measured)
-                state.SkipWithError("no measurement");
-            close(channel[0]);
-            waitpid(child, nullptr, 0);
-        }
+        FILE* process = popen(command.c_str(), "r");
+        const bool measured =
+            process != nullptr && std::fscanf(process, "%lf %lf %lf", &records, &text, &peak) == 3;
+        if (process != nullptr) pclose(process);
+        if (!measured) return state.SkipWithError("not measured");
     }
-    const auto [records, text, peak] = measured;
     state.counters["records"] = records;
     state.counters["text"] = text;
     state.counters["peak"] = peak;

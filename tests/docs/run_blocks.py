@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the code blocks of a document, so that none can rot.
+"""Runs the code blocks of documents, so that none can rot.
 
-    run_blocks.py --build BUILD_DIR --php PHP [--nothing-installed] DOCUMENT.md
+    run_blocks.py --php PHP [--installed BUILD_DIR] DOCUMENT.md...
 
-The blocks run one after the other at the root of a copy of the project, as on a machine where the library and the
-extension are installed, or with --nothing-installed are not: ```c is compiled without a warning and run, ```php and ```sh are run, ```cmake is taken as the
+The blocks run one after the other at the root of a copy of the project. With --installed it is as on a machine where
+the library and the extension are; without, a block of the documents builds them. ```c is compiled without a warning and run, ```php and ```sh are run, ```cmake is taken as the
 CMakeLists.txt of a project and built. A block whose first line is a comment with a file name is kept under that name
 for the blocks after it. A ```text or ```xml block is what the block before it prints; "..." in it stands for anything,
 on a line of its own for any number of lines. Anything else is an error, and so is a block that fails.
@@ -70,11 +70,13 @@ def output_pattern(text):
 
 
 class Machine:
-    """A copy of the project, and an environment in which a build of it is installed or not."""
+    """A copy of the project, and an environment in which a build of it is installed or only built."""
 
     def __init__(self, folder, php):
-        self.php, self.folder, self.tree = php, folder, folder / "tree"
+        self.folder, self.tree = folder, folder / "tree"
         copy_project(self.tree)
+        self.php = [php, "-n", "-d", f"extension={self.tree}/build/libvelmora.so"]
+        self.c_flags = [f"-I{self.tree}/include", f"-L{self.tree}/build", f"-Wl,-rpath,{self.tree}/build"]
         tools = folder / "bin"
         tools.mkdir()
         self.environment = os.environ | {"CMAKE_GENERATOR": "Ninja", "HOME": str(folder), "LC_ALL": "C.UTF-8",
@@ -87,6 +89,7 @@ class Machine:
         prefix = self.folder / "prefix"
         subprocess.run(["cmake", "--install", build, "--prefix", prefix], check=True, stdout=subprocess.DEVNULL)
         library_dir = next(prefix.glob("lib*/**/libvelmora.so")).parent
+        self.php, self.c_flags = self.php[:1], []
         self.environment |= {
             "CMAKE_PREFIX_PATH": str(prefix),
             "CPATH": str(prefix / "include"),
@@ -119,12 +122,12 @@ def copy_project(target):
 def run_c(machine, path):
     program = path.with_suffix("")
     result = machine.run(os.environ.get("CC", "cc"), "-std=c11", "-Wall", "-Wextra", "-pedantic", "-Werror",
-                         "-D_POSIX_C_SOURCE=200809L", path, "-o", program, "-lvelmora", "-pthread")
+                         "-D_POSIX_C_SOURCE=200809L", path, "-o", program, *machine.c_flags, "-lvelmora", "-pthread")
     return machine.run(program) if result.returncode == 0 else result
 
 
 def run_php(machine, path):
-    return machine.run(machine.php, path)
+    return machine.run(*machine.php, path)
 
 
 def run_sh(machine, path):
@@ -170,47 +173,45 @@ def run_block(machine, document, block):
 
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument("--build", type=Path, required=True)
     parser.add_argument("--php", required=True)
-    parser.add_argument("--nothing-installed", action="store_true")
-    parser.add_argument("document", type=Path)
+    parser.add_argument("--installed", type=Path, metavar="BUILD_DIR")
+    parser.add_argument("documents", type=Path, nargs="+")
     arguments = parser.parse_args()
-    document = arguments.document
 
-    blocks = read_blocks(document)
-    installs = any("sudo dpkg" in block.text for block in blocks)
-    if installs and any(is_installed(package) for package in PACKAGES):
+    blocks = {document: read_blocks(document) for document in arguments.documents}
+    installs = any("sudo dpkg" in block.text for some in blocks.values() for block in some)
+    if installs and any(is_package_installed(package) for package in PACKAGES):
         print("SKIPPED: the packages are installed")
         sys.exit(SKIPPED)
     try:
-        run_document(document, blocks, arguments)
+        with tempfile.TemporaryDirectory() as folder:
+            machine = Machine(Path(folder), arguments.php)
+            if arguments.installed:
+                machine.install(arguments.installed)
+            for document, some in blocks.items():
+                run_document(machine, document, some)
     finally:
         for package in PACKAGES:
-            if installs and is_installed(package):
+            if installs and is_package_installed(package):
                 subprocess.run(["dpkg", "--purge", package])
-    print(f"{len(blocks)} blocks")
 
 
-def is_installed(package):
+def is_package_installed(package):
     return subprocess.run(["dpkg-query", "--show", package], capture_output=True).returncode == 0
 
 
-def run_document(document, blocks, arguments):
-    with tempfile.TemporaryDirectory() as folder:
-        machine = Machine(Path(folder), arguments.php)
-        if not arguments.nothing_installed:
-            machine.install(arguments.build)
-        result, previous = None, None
-        for block in blocks:
-            print(f"{document.name}:{block.line}: {block.language}", flush=True)
-            if block.language in RUNNERS:
-                result, previous = run_block(machine, document, block), block
-            elif block.language in OUTPUT_LANGUAGES and previous:
-                if result is not None and not output_pattern(block.text).fullmatch(result.stdout):
-                    sys.exit(f"{document}:{block.line}: the block of line {previous.line} prints\n{result.stdout}")
-                previous = None
-            else:
-                sys.exit(f"{document}:{block.line}: what is this block, '{block.language}'?")
+def run_document(machine, document, blocks):
+    result, previous = None, None
+    for block in blocks:
+        print(f"{document.name}:{block.line}: {block.language}", flush=True)
+        if block.language in RUNNERS:
+            result, previous = run_block(machine, document, block), block
+        elif block.language in OUTPUT_LANGUAGES and previous:
+            if result is not None and not output_pattern(block.text).fullmatch(result.stdout):
+                sys.exit(f"{document}:{block.line}: the block of line {previous.line} prints\n{result.stdout}")
+            previous = None
+        else:
+            sys.exit(f"{document}:{block.line}: what is this block, '{block.language}'?")
 
 
 if __name__ == "__main__":

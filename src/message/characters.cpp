@@ -8,7 +8,7 @@ namespace {
 
 enum CharacterClass : std::uint8_t {
     basic = 1,    // letters, digits and the punctuation of every SEPA text
-    space = 2,    //
+    space = 2,    // permitted in free texts
     extended = 4, // permitted in names
     austrian = 8, // permitted by the Austrian rulebook; two of them are single bytes of ISO 8859-1
 };

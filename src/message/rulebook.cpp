@@ -15,7 +15,7 @@ constexpr std::uint16_t since_3_0 = spaces_in_mandate_reference | smnda_under_ac
 // In the order of the internal values.
 constexpr RulebookRow rulebooks[] = {
     {"DE-2.6", "pain.008.002.02", "pain.001.002.03",
-     german | requires_bic_trait | basic_characters_only | cor1_can_be_written},
+     german | bic_required | basic_characters_only | cor1_can_be_written},
     {"DE-2.7", "pain.008.003.02", "pain.001.003.03", german | with_cor1},
     {"AT-6", "pain.008.001.02", "pain.001.001.03", with_cor1 | austrian_characters},
     {"NL-6", "pain.008.001.02", "pain.001.001.03", with_cor1},

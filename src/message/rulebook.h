@@ -24,12 +24,12 @@ enum class Rulebook : std::int32_t {
 // What a rulebook asks for or permits; one bit each in its row of the table.
 enum RulebookTrait : std::uint16_t {
     names_schema_location = 1u << 0,          // the document names its schema file
-    requires_bic_trait = 1u << 1,             // every payment needs a BIC
+    bic_required = 1u << 1,                   // every payment needs a BIC
     basic_characters_only = 1u << 2,          // names and remittance texts without $ % & * and German letters
     austrian_characters = 1u << 3,            // the wider Austrian character set
     cor1_may_be_chosen = 1u << 4,             // the message may be set to COR1
     cor1_can_be_written = 1u << 5,            // a document may hold COR1
-    spaces_in_mandate_reference = 1u << 6,    //
+    spaces_in_mandate_reference = 1u << 6,    // otherwise they hold none
     address_lines_outside_eea = 1u << 7,      // debtors with a bank outside the EEA need an address line
     structured_address_outside_eea = 1u << 8, // ... need a town or a country
     structured_address = 1u << 9,             // addresses are structured, address lines refused
@@ -62,7 +62,7 @@ inline bool rulebook_has(Rulebook rulebook, RulebookTrait trait) {
 }
 
 inline bool requires_bic(Rulebook r) {
-    return rulebook_has(r, requires_bic_trait);
+    return rulebook_has(r, bic_required);
 }
 inline bool permits_basic_characters_only(Rulebook r) {
     return rulebook_has(r, basic_characters_only);

@@ -3,13 +3,14 @@
 
 import configparser
 import fnmatch
+import os
 import re
-import subprocess
 import sys
 from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parent.parent
 CHARSETS = {"utf-8": "utf-8", "latin1": "iso-8859-1"}
+NOT_OURS = (".git", "__pycache__")
 LINE_ENDS = {"lf": b"\n", "crlf": b"\r\n"}
 
 
@@ -48,12 +49,14 @@ def problems_of(content, rules):
             yield f"line {number}: indented with a tab"
 
 
+def project_files():
+    for folder, subfolders, files in os.walk(SOURCE):
+        subfolders[:] = [name for name in subfolders if not name.startswith("build") and name not in NOT_OURS]
+        yield from (os.path.relpath(os.path.join(folder, name), SOURCE) for name in files if not name.endswith(".o"))
+
+
 def main():
-    listing = subprocess.run(["git", "ls-files", "-z"], cwd=SOURCE, capture_output=True)
-    if listing.returncode != 0:
-        print("SKIPPED: not a checkout")
-        sys.exit(77)
-    names = [name for name in listing.stdout.decode().split("\0") if (SOURCE / name).is_file() and name]
+    names = sorted(project_files())
     sections, problems = read_sections(), []
     for name in names:
         rules = {}

@@ -105,15 +105,7 @@ class Machine:
 
 
 def copy_project(target):
-    listing = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=SOURCE,
-                             capture_output=True)
-    if listing.returncode == 0:
-        for name in listing.stdout.decode().split("\0"):
-            if name and (SOURCE / name).is_file():
-                (target / name).parent.mkdir(parents=True, exist_ok=True)
-                shutil.copy2(SOURCE / name, target / name)
-    else:
-        shutil.copytree(SOURCE, target, ignore=shutil.ignore_patterns("build*"))
+    shutil.copytree(SOURCE, target, ignore=shutil.ignore_patterns(".git", "build*", "__pycache__"))
     schemas = SOURCE / "build/schemas"  # so that script/demo needs no network
     if schemas.is_dir():
         shutil.copytree(schemas, target / "build/schemas")

@@ -1,8 +1,6 @@
 // Loading MT940 statement files: realistic ones, and hostile ones at two sizes, whose rates must be the same.
 // The peer reads the same file into memory and passes over it once with memchr.
 #include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,35 +8,15 @@
 #include <cstring>
 #include <string>
 
+#include "tests/memory_file.h"
 #include "velmora.h"
 #include "workload.h"
 
 namespace {
 
+using velmora::test::MemoryFile;
+
 constexpr std::size_t megabyte = 1000000;
-
-// A file that exists in memory only.
-class MemoryFile {
-public:
-    explicit MemoryFile(const std::string& content) : descriptor_(memfd_create("statement", 0)) {
-        std::snprintf(path_, sizeof path_, "/proc/self/fd/%d", descriptor_);
-        std::size_t done = 0;
-        while (done < content.size()) {
-            const ssize_t count = write(descriptor_, content.data() + done, content.size() - done);
-            if (count <= 0) std::abort();
-            done += static_cast<std::size_t>(count);
-        }
-    }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { close(descriptor_); }
-
-    const char* path() const { return path_; }
-
-private:
-    int descriptor_;
-    char path_[32];
-};
 
 // Lines of 65 characters, as banks send the field.
 void append_information(std::string& file, const std::string& field) {

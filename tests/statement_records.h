@@ -3,14 +3,14 @@
 #pragma once
 
 #include <charconv>
-#include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <sys/mman.h>
-#include <unistd.h>
+#include <utility>
 
+#include "memory_file.h"
 #include "velmora.h"
 
 namespace velmora::test {
@@ -24,134 +24,85 @@ inline Parser new_parser() {
     return Parser(sepa_stmt_parser_new());
 }
 
-// A file without a name in any folder.
-class MemoryFile {
-public:
-    explicit MemoryFile(std::string_view content) : descriptor_(memfd_create("statement", MFD_CLOEXEC)) {
-        std::snprintf(path_, sizeof path_, "/proc/self/fd/%d", descriptor_);
-        for (std::size_t done = 0; done < content.size();) {
-            const ssize_t count = write(descriptor_, content.data() + done, content.size() - done);
-            if (count <= 0) std::abort();
-            done += static_cast<std::size_t>(count);
-        }
-    }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { close(descriptor_); }
-
-    const char* path() const { return path_; }
-    int descriptor() const { return descriptor_; }
-
-private:
-    int descriptor_;
-    char path_[32];
-};
-
 inline int load(const Parser& parser, std::string_view content) {
     return sepa_stmt_parser_load(parser.get(), SEPA_STMT_FORMAT_MT940, MemoryFile(content).path());
 }
 
-class Description {
-public:
-    void begin(const char* record) { text_ += record; }
-    void end() { text_ += '\n'; }
+// A line that grows by the fields of a record; one that is null or zero is not set.
+struct Description {
+    std::string text;
 
-    void add(const char* name, const char* value) {
-        if (value == nullptr) return;
-        text_ += std::string(" ") + name + "=\"";
-        for (; *value != '\0'; ++value) {
-            if (*value == '\n')
-                text_ += "\\n";
-            else if (*value == '\r')
-                text_ += "\\r";
-            else
-                text_ += *value;
+    using Texts = std::initializer_list<std::pair<const char*, const char*>>;
+    void add(Texts texts) {
+        for (const auto& [name, value] : texts) {
+            if (value == nullptr) continue;
+            text.append(" ").append(name).append("=\"");
+            for (const char c : std::string_view(value))
+                text += c == '\n' ? "\\n" : c == '\r' ? "\\r" : std::string(1, c);
+            text += '"';
         }
-        text_ += '"';
     }
-    // Texts in a field of the record are empty when there is none.
-    void add_unless_empty(const char* name, const char* value) {
-        if (*value != '\0') add(name, value);
-    }
-    void add(const char* name, double value) {
+    template <typename Number>
+    void add(const char* name, Number value) {
         char digits[32]; // the fewest that give this number back
         const auto result = std::to_chars(digits, digits + sizeof digits, value);
-        text_ += std::string(" ") + name + "=" + std::string(digits, result.ptr);
+        if (value != 0) text.append(" ").append(name).append("=").append(digits, result.ptr);
     }
     void add(const char* name, const struct tm& date) {
-        struct tm rest = date;
-        rest.tm_mday = rest.tm_mon = rest.tm_year = 0;
-        const struct tm nothing {};
-        if (std::memcmp(&rest, &nothing, sizeof rest) != 0) text_ += " MORE THAN A DATE";
+        struct tm only_date {};
+        if (std::memcmp(&date, &only_date, sizeof date) == 0) return;
+        only_date.tm_mday = date.tm_mday, only_date.tm_mon = date.tm_mon, only_date.tm_year = date.tm_year;
         char value[64];
-        std::snprintf(value, sizeof value, " %s=%d-%02d-%02d", name, date.tm_year + 1900, date.tm_mon + 1,
-                      date.tm_mday);
-        if (std::memcmp(&date, &nothing, sizeof date) != 0) text_ += value;
+        std::snprintf(value, sizeof value, " %s=%d-%02d-%02d%s", name, date.tm_year + 1900, date.tm_mon + 1,
+                      date.tm_mday, std::memcmp(&date, &only_date, sizeof date) ? " MORE THAN A DATE" : "");
+        text += value;
     }
-    void add_number(const char* name, unsigned value) {
-        if (value != 0) text_ += std::string(" ") + name + "=" + std::to_string(value);
-    }
-    void add_balance(const char* name, const struct tm& date, const char* currency, double saldo) {
+    void add_balance(const char* name, const struct tm& date, std::string currency, double saldo) {
         add(name, date);
-        if (*currency != '\0') text_ += std::string(" ") + currency;
-        if (saldo != 0) add("saldo", saldo);
+        if (!currency.empty()) text += " " + currency;
+        add("saldo", saldo);
     }
-
-    const std::string& text() const { return text_; }
-
-private:
-    std::string text_;
 };
 
-inline void describe(Description& out, const sepa_stmt_tx_t& tx) {
-    out.begin("  tx");
+inline std::string describe(const sepa_stmt_tx_t& tx) {
+    // A text in a field of the record is empty when there is none.
+    const auto unless_empty = [](const char* field) { return *field == '\0' ? nullptr : field; };
+    Description out{"  tx"};
     out.add("valuta", tx.valuta);
     out.add("booked", tx.booked);
-    out.add_number("reversal", tx.reversal);
-    if (tx.amount != 0) out.add("amount", tx.amount);
-    out.add_unless_empty("code", tx.code);
-    out.add("ref", tx.ref);
-    out.add("bankref", tx.bankref);
-    out.add_number("gvc", tx.gvc);
-    out.add("txtext", tx.txtext);
-    out.add("primanota", tx.primanota);
-    out.add_unless_empty("bank", tx.bank);
-    out.add_unless_empty("account", tx.account);
-    out.add_unless_empty("name", tx.name);
-    out.add_number("extcode", tx.extcode);
-    out.add("purpose", tx.purpose);
-    out.add("eref", tx.eref);
-    out.add("kref", tx.kref);
-    out.add("mref", tx.mref);
-    out.add("cred", tx.cred);
-    out.add("debt", tx.debt);
-    out.add("purp", tx.purp);
-    out.add("coam", tx.coam);
-    out.add("oamt", tx.oamt);
-    out.add("svwz", tx.svwz);
-    out.add("abwa", tx.abwa);
-    out.add("abwe", tx.abwe);
-    out.end();
+    out.add("reversal", tx.reversal);
+    out.add("amount", tx.amount);
+    out.add({{"code", unless_empty(tx.code)}, {"ref", tx.ref}, {"bankref", tx.bankref}});
+    out.add("gvc", tx.gvc);
+    out.add({{"txtext", tx.txtext}, {"primanota", tx.primanota}, {"bank", unless_empty(tx.bank)}});
+    out.add({{"account", unless_empty(tx.account)}, {"name", unless_empty(tx.name)}});
+    out.add("extcode", tx.extcode);
+    out.add({{"purpose", tx.purpose}, {"eref", tx.eref}, {"kref", tx.kref}, {"mref", tx.mref}});
+    out.add({{"cred", tx.cred}, {"debt", tx.debt}, {"purp", tx.purp}, {"coam", tx.coam}, {"oamt", tx.oamt}});
+    out.add({{"svwz", tx.svwz}, {"abwa", tx.abwa}, {"abwe", tx.abwe}});
+    return out.text + "\n";
+}
+
+inline std::string describe(const sepa_stmt_t& statement) {
+    Description out{"statement"};
+    out.add({{"ref", statement.ref}, {"account", statement.account}});
+    out.add("number", statement.number);
+    out.add("page", statement.page);
+    out.add_balance("open", statement.openDate, statement.openCurrency, statement.openSaldo);
+    out.add_balance("close", statement.closeDate, statement.closeCurrency, statement.closeSaldo);
+    out.text += "\n";
+    const sepa_stmt_tx_t* last = nullptr;
+    for (const sepa_stmt_tx_t* tx = statement.first_tx; tx != nullptr; last = tx, tx = tx->next)
+        out.text += describe(*tx);
+    return last == statement.last_tx ? out.text : "a list with a wrong end";
 }
 
 inline std::string describe(const Parser& parser) {
-    Description out;
+    std::string text;
     const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser.get());
-    for (; statement != nullptr; statement = statement->next) {
-        out.begin("statement");
-        out.add("ref", statement->ref);
-        out.add("account", statement->account);
-        out.add_number("number", statement->number);
-        out.add_number("page", statement->page);
-        out.add_balance("open", statement->openDate, statement->openCurrency, statement->openSaldo);
-        out.add_balance("close", statement->closeDate, statement->closeCurrency, statement->closeSaldo);
-        out.end();
-        const sepa_stmt_tx_t* last = nullptr;
-        for (const sepa_stmt_tx_t* tx = statement->first_tx; tx != nullptr; last = tx, tx = tx->next)
-            describe(out, *tx);
-        if (last != statement->last_tx) return "a list with a wrong end";
-    }
-    return out.text();
+    for (; statement != nullptr; statement = statement->next)
+        text += describe(*statement);
+    return text;
 }
 
 } // namespace velmora::test

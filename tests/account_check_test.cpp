@@ -1,133 +1,123 @@
-// The entry points of the account check: what they accept, and which method a code selects.
+// The check-digit methods: published accounts, agreement with the rules of tests/data/check_method_rules.txt,
+// and what the entry points accept.
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <sstream>
 
-#include "checkdigit/arithmetic.h"
+#include "check_method_rules.h"
 #include "velmora.h"
 
-namespace velmora {
+namespace velmora::test {
 namespace {
 
-constexpr char bank_code[] = "13051172";
+constexpr char any_bank_code[] = "13051172";
 
-// The text in a buffer of exactly its size, so that reading on is noticed.
-std::unique_ptr<char[]> exact(const std::string& text) {
-    auto copy = std::make_unique<char[]>(text.size() + 1);
-    text.copy(copy.get(), text.size());
-    return copy;
+// By both entry points; the texts in buffers of exactly their size, so that reading on is noticed.
+int check(int method, const std::string& account) {
+    const std::vector<char> text(account.c_str(), account.c_str() + account.size() + 1);
+    return sepa_account_check(text.data(), static_cast<std::uint8_t>(method));
+}
+int check(int method, const std::string& account, const std::string& bank_code) {
+    const std::vector<char> text(account.c_str(), account.c_str() + account.size() + 1);
+    const std::vector<char> bank(bank_code.c_str(), bank_code.c_str() + bank_code.size() + 1);
+    return sepa_account_check2(text.data(), bank.data(), static_cast<std::uint8_t>(method));
+}
+
+TEST(AccountCheck, PublishedAccounts) {
+    std::ifstream file(VELMORA_SOURCE_DIR "/tests/data/check_methods.tsv");
+    int checked = 0;
+    for (std::string line; std::getline(file, line);) {
+        if (line[0] == '#') continue;
+        std::istringstream in(line);
+        std::string method, bank_code;
+        int expected;
+        in >> method >> expected >> bank_code;
+        const int code = std::stoi(method, nullptr, 16);
+        for (std::string account; in >> account; ++checked) {
+            const bool alone = bank_code == "-";
+            EXPECT_EQ(check(code, account, alone ? any_bank_code : bank_code), expected)
+                << method << " " << account;
+            EXPECT_EQ(check(code, account), alone ? expected : 0) << method << " " << account;
+        }
+    }
+    EXPECT_EQ(checked, 912);
+}
+
+// For every rule of every method: accounts that it applies to, and those that differ from them in one digit.
+// Every rule has to decide some account, and every method has to find valid and invalid ones. A code without
+// method finds nothing.
+TEST(AccountCheck, AgreesWithTheRules) {
+    CheckMethodRules rules;
+    const std::set<int> with_bank_code = {0x52, 0x53, 0xB6, 0xC0};
+    std::mt19937_64 random(20250609);
+    int methods = 0;
+    for (int code = 0; code <= 0xFF; ++code) {
+        const std::string method = {"0123456789ABCDEF"[code / 16], "0123456789ABCDEF"[code % 16]};
+        const bool exists = rules.contains(method);
+        methods += exists;
+        if (!exists) std::istringstream("* = 0") >> rules[method].emplace_back();
+        std::set<const Rule*> decided;
+        std::set<int> results;
+        const auto compare = [&](const std::string& account) {
+            const std::string bank_code = std::to_string(10000000 + random() % 90000000);
+            const Verdict verdict = rules.check(method, account, bank_code);
+            decided.insert(verdict.rule);
+            results.insert(verdict.result);
+            ASSERT_EQ(check(code, account, bank_code), verdict.result)
+                << method << " " << account << " " << bank_code;
+            const std::string shorter =
+                account.substr(std::min<std::size_t>(account.find_first_not_of('0'), 9));
+            ASSERT_EQ(check(code, shorter), with_bank_code.contains(code) ? 0 : verdict.result)
+                << method << " " << shorter;
+        };
+        for (const Rule& rule : rules[method]) {
+            for (int i = 0; i < 20; ++i) {
+                const std::string account = rule.account_for(random);
+                for (std::size_t position = 0; position < account.size(); ++position) {
+                    std::string changed = account;
+                    for (changed[position] = '0'; changed[position] <= '9'; ++changed[position])
+                        ASSERT_NO_FATAL_FAILURE(compare(changed));
+                }
+            }
+            EXPECT_TRUE(decided.contains(&rule)) << method << " " << rule.accounts << " " << rule.kind;
+        }
+        const bool decides = exists && method != "09";
+        EXPECT_TRUE(!decides || (results.contains(1) && results.contains(-1))) << method;
+    }
+    EXPECT_EQ(methods, 124);
 }
 
 TEST(AccountCheck, BadInputIsInvalid) {
-    const char* const accounts[] = {nullptr, "", "00000000000", "12345678901", "00009290701"};
     for (int method = 0; method <= 0xFF; ++method) {
-        const auto code = static_cast<uint8_t>(method);
-        for (const char* account : accounts) {
-            EXPECT_EQ(sepa_account_check(account, code), -1);
-            EXPECT_EQ(sepa_account_check2(account, bank_code, code), -1);
-            EXPECT_EQ(sepa_account_check2(account, nullptr, code), -1);
+        for (const char* account : {"", "00000000000", "12345678901", "00009290701"}) {
+            EXPECT_EQ(check(method, account), -1);
+            EXPECT_EQ(check(method, account, any_bank_code), -1);
         }
-        for (const char* wrong : {"", "1", "1305117", "130511720", "1305117200000"})
-            EXPECT_EQ(sepa_account_check2("9290701", wrong, code), -1);
+        for (const char* bank_code : {"", "1", "1305117", "130511720", "1305117200000"})
+            EXPECT_EQ(check(method, "9290701", bank_code), -1);
+        const auto code = static_cast<std::uint8_t>(method);
+        EXPECT_EQ(sepa_account_check(nullptr, code), -1);
+        EXPECT_EQ(sepa_account_check2(nullptr, any_bank_code, code), -1);
         EXPECT_EQ(sepa_account_check2("9290701", nullptr, code), -1);
     }
 }
 
-TEST(AccountCheck, LeadingZerosMayBeLeftOut) {
-    for (const std::string account : {"0009290701", "009290701", "09290701", "9290701"}) {
-        const auto copy = exact(account);
-        EXPECT_EQ(sepa_account_check(copy.get(), 0x00), 1);
-        EXPECT_EQ(sepa_account_check2(copy.get(), exact(bank_code).get(), 0x00), 1);
-    }
-    EXPECT_EQ(sepa_account_check("0", 0x00), 1);
-    EXPECT_EQ(sepa_account_check(exact("2847169488").get(), 0x27), 1);
-    EXPECT_EQ(sepa_account_check("9290700", 0x00), -1);
-}
-
-// Every account of a method that exists is right or wrong somewhere; all other codes have nothing to say.
-TEST(AccountCheck, CodesWithoutMethodAreNotCheckable) {
-    std::mt19937 random(1);
-    std::vector<std::string> accounts;
-    for (int i = 0; i < 2000; ++i)
-        accounts.push_back(std::to_string(random() % 10000000000));
-    const auto checks_something = [&](int method, bool with_bank_code) {
-        for (const std::string& account : accounts) {
-            const auto code = static_cast<uint8_t>(method);
-            const int result = with_bank_code ? sepa_account_check2(account.c_str(), bank_code, code)
-                                              : sepa_account_check(account.c_str(), code);
-            if (result != 0) return true;
-        }
-        return false;
-    };
-    const std::string without_method =
-        "12 35 36 37 39 54 62 69 70 72 77 79 80 82 83 86 89 97 A0 B0 B4 E5 E6 E7 E8 E9 ";
-    const std::string with_bank_code_only = "52 53 B6 C0 ";
-    for (int method = 0; method <= 0xFF; ++method) {
-        char name[] = {"0123456789ABCDEF"[method >> 4], "0123456789ABCDEF"[method & 15], ' ', '\0'};
-        const bool needs_bank_code = with_bank_code_only.find(name) != std::string::npos;
-        const bool none = (method & 15) > 9 || method > 0xEF || method == 0x09 ||
-                          without_method.find(name) != std::string::npos;
-        EXPECT_EQ(checks_something(method, false), !none && !needs_bank_code) << name;
-        EXPECT_EQ(checks_something(method, true), !none) << name;
-    }
-}
-
-// Both methods that look at the bank code fall back on method 20.
-TEST(AccountCheck, BankCodeMethods) {
-    const auto by = [](uint8_t method, const std::string& account, const char* bank) {
-        return sepa_account_check2(account.c_str(), bank, method);
-    };
-    EXPECT_EQ(by(0x52, "43001500", "13051172"), 1);
-    EXPECT_EQ(by(0x52, "43001500", "13051173"), -1);
-    EXPECT_EQ(by(0x52, "3001500", "13051172"), -1);
-    EXPECT_EQ(by(0x53, "382432256", "16052072"), 1);
-    EXPECT_EQ(by(0x53, "382432256", "16052082"), 1); // the seventh digit is replaced
-    EXPECT_EQ(by(0x53, "382432256", "16052172"), -1);
-    EXPECT_EQ(by(0xB6, "382432256", "16052072"), 1);
-    EXPECT_EQ(by(0xC0, "43001500", "13051172"), 1);
-
-    int differing = 0, second_variant = 0;
-    for (int i = 0; i < 1000; ++i) {
-        const std::string tail = std::to_string(1000 + i);
-        for (const std::string first : {"1", "9"}) {
-            const std::string account = first + "02691" + tail;
-            EXPECT_EQ(by(0xB6, account, bank_code), by(0x20, account, bank_code)) << account;
-        }
-        for (const std::string first : {"02691", "02699"}) {
-            const std::string account = first + tail + "7";
-            EXPECT_EQ(by(0xB6, account, bank_code), by(0x20, account, bank_code)) << account;
-            differing += by(0xB6, account, bank_code) != by(0x53, account, bank_code);
-        }
-        for (const std::string first : {"02690", "02680", "02790", "00269"}) {
-            const std::string account = first + tail + "7";
-            EXPECT_EQ(by(0xB6, account, bank_code), by(0x53, account, bank_code)) << account;
-        }
-        const std::string eight = "43" + tail + "00", nine = "9" + eight;
-        const int first_variant = by(0x52, eight, bank_code);
-        EXPECT_EQ(by(0xC0, eight, bank_code), first_variant == 1 ? 1 : by(0x20, eight, bank_code)) << eight;
-        second_variant += first_variant == -1 && by(0xC0, eight, bank_code) == 1;
-        EXPECT_EQ(by(0xC0, nine, bank_code), by(0x20, nine, bank_code)) << nine;
-    }
-    EXPECT_GT(differing, 0);
-    EXPECT_GT(second_variant, 0);
-}
-
 // A character that is no digit counts as its distance from "0"; only methods with tables by digit refuse it.
 TEST(AccountCheck, OtherCharactersAreCountedLikeDigits) {
-    EXPECT_EQ(sepa_account_check("A3", 0x00), 1);  // 17 twice is 34, its digit sum 7
-    EXPECT_EQ(sepa_account_check("A6", 0x03), 1);  // 34 as it is
-    EXPECT_EQ(sepa_account_check("A0", 0x06), 1);  // 34 leaves 1
-    EXPECT_EQ(sepa_account_check("B8", 0x06), 1);  // 36 leaves 3
-    EXPECT_EQ(sepa_account_check(" :", 0x10), -1); // -32 leaves -10: 21, written 1
-    EXPECT_EQ(sepa_account_check(" 1", 0x10), 1);
-    EXPECT_EQ(sepa_account_check("50000000:", 0x31), -1); // remainder 10 stays impossible
-    EXPECT_EQ(sepa_account_check("000000004:", 0xE1), -1);
-    EXPECT_EQ(sepa_account_check("1A00000000", 0x29), -1);
-    EXPECT_EQ(sepa_account_check("A000000000", 0xC6), -1);
+    EXPECT_EQ(check(0x00, "A3"), 1);  // 17 twice is 34, its digit sum 7
+    EXPECT_EQ(check(0x03, "A6"), 1);  // 34 as it is
+    EXPECT_EQ(check(0x06, "A0"), 1);  // 34 leaves 1
+    EXPECT_EQ(check(0x06, "B8"), 1);  // 36 leaves 3
+    EXPECT_EQ(check(0x10, " :"), -1); // -32 leaves -10: 21, written 1
+    EXPECT_EQ(check(0x10, " 1"), 1);
+    EXPECT_EQ(check(0x31, "50000000:"), -1); // remainder 10 stays impossible
+    EXPECT_EQ(check(0xE1, "000000004:"), -1);
+    EXPECT_EQ(check(0x29, "1A00000000"), -1);
+    EXPECT_EQ(check(0xC6, "A000000000"), -1);
 
     std::mt19937 random(2);
     for (int i = 0; i < 20000; ++i) {
@@ -137,31 +127,11 @@ TEST(AccountCheck, OtherCharactersAreCountedLikeDigits) {
         for (char& c : bank)
             c = static_cast<char>(1 + random() % 255);
         for (int method = 0; method <= 0xFF; ++method) {
-            const auto code = static_cast<uint8_t>(method);
-            const int result = sepa_account_check2(account.c_str(), bank.c_str(), code);
-            ASSERT_GE(result, -1);
-            ASSERT_LE(result, method == 0x76 ? 2 : 1);
+            const int result = check(method, account, bank);
+            ASSERT_TRUE(result >= -1 && result <= (method == 0x76 ? 2 : 1)) << result;
         }
     }
 }
 
-// The helpers give the check digits of their definitions where the methods do not tell them apart.
-TEST(AccountCheck, SharedArithmetic) {
-    const Weights stem = weights_from(P7, 2, 1, 2, 1, 2, 1);
-    EXPECT_EQ(check_crosssum_weighted("0446786600", 10, P8, stem), account_valid);
-    EXPECT_EQ(check_crosssum_weighted("0446786310", 10, P8, stem), account_invalid);
-    EXPECT_EQ(check_crosssum_weighted("0000000010", 11, P10, weights_from(P9, 1)), account_invalid);
-    EXPECT_EQ(check_weighted_mod("0000000010", 11, P10, weights_from(P9, 1)), account_valid);
-    EXPECT_EQ(check_mod11_ten_is_zero("0000000010", P10, weights_from(P9, 1)), account_valid);
-    EXPECT_EQ(check_mod11_tail("0010000003", 8, 0, 0), account_valid);
-    EXPECT_EQ(check_mod11_tail("0000000060", 8, 0, 0), account_invalid); // would need ten
-    EXPECT_EQ(check_mod11_five_digits("0000000060"), account_invalid);
-    EXPECT_EQ(check_mod11_five_digits("0000000061"), account_invalid);
-    EXPECT_EQ(check_ledger_account("0000000060"), account_valid);
-    EXPECT_EQ(check_ledger_account("1090000013"), account_valid); // positions 9 to 3
-    EXPECT_EQ(check_ledger_account("1090000014"), account_valid); // all of them
-    EXPECT_EQ(check_ledger_account("1090000015"), account_invalid);
-}
-
 } // namespace
-} // namespace velmora
+} // namespace velmora::test

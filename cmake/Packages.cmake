@@ -16,6 +16,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
 # What a package needs beside the files of its component; not part of `cmake --install`.
 set(debian ${CMAKE_CURRENT_BINARY_DIR}/debian)
@@ -26,7 +27,6 @@ endfunction()
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libvelmora)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "A C library that writes direct debits (pain.008) and credit transfers
 (pain.001) under German, Austrian and Dutch rulebooks, checks IBANs, BICs and
 German account numbers, finds banks in a directory of its own and reads MT940
@@ -52,6 +52,7 @@ libvelmora.")
   file(RELATIVE_PATH target ${php_extension_dir} /usr/${CMAKE_INSTALL_LIBDIR}/libvelmora.so.${PROJECT_VERSION_MAJOR})
   file(MAKE_DIRECTORY ${debian})
   file(CREATE_LINK ${target} ${debian}/sepa.so SYMBOLIC)
+  # No configuration file in dpkg's sense: there is nothing to configure, and nothing stays behind.
   file(WRITE ${debian}/sepa.ini "; priority=20\nextension=sepa.so\n")
   install_for_package(php ${php_extension_dir} ${debian}/sepa.so)
   install_for_package(php /etc/php/${php_series}/mods-available ${debian}/sepa.ini)

@@ -80,6 +80,7 @@ class Machine:
         tools = folder / "bin"
         tools.mkdir()
         self.environment = os.environ | {"CMAKE_GENERATOR": "Ninja", "HOME": str(folder), "LC_ALL": "C.UTF-8",
+                                         "MAKEFLAGS": f"-j{os.cpu_count()}",
                                          "PATH": f"{tools}:{os.environ['PATH']}"}
         if os.geteuid() == 0:
             (tools / "sudo").write_text('#!/bin/sh\nexec "$@"\n')

@@ -88,15 +88,4 @@ TEST(Clock, FillsInDateTimeAndMessageId) {
     }
 }
 
-// The directory holds what the banks announced for its change date; everybody moves in the same second.
-TEST(Clock, AnnouncedBankDataHoldFromTheChangeDateOn) {
-    EXPECT_EQ(at("UTC0", "2026-06-07 21:59:59", "bank 25055500"),
-              "LBS-Norddeutsche Landesbausparkasse, 30002\n");
-    EXPECT_EQ(at("UTC0", "2026-06-07 22:00:00", "bank 25055500"), "LBS Landesbausparkasse NordWest, 30002\n");
-    EXPECT_EQ(at(new_york, "2026-06-07 17:59:59", "bank 20120000"), "Joh. Berenberg, Gossler & Co, 20354\n");
-    EXPECT_EQ(at(berlin, "2026-06-08 00:00:00", "bank 20120000"), "Joh. Berenberg, Gossler & Co, 22297\n");
-    EXPECT_EQ(at("UTC0", "1999-01-01 00:00:00", "bank 37040044"),
-              at("UTC0", "2035-01-01 00:00:00", "bank 37040044"));
-}
-
 } // namespace

@@ -65,9 +65,9 @@ Outcome understood_if(bool understood) {
 }
 
 struct Date {
-    int year; // two digits
-    int month;
-    int day;
+    int year = 0; // two digits
+    int month = 0;
+    int day = 0;
 };
 
 bool scan_date(char* text, Date& date) {

@@ -351,7 +351,7 @@ typedef struct sepa_stmt_tx {
     struct tm valuta; /**< value date */
     struct tm booked; /**< booking date; all zero when the line has none */
     uint8_t reversal; /**< 1 for a reversal ("RC", "RD") */
-    double amount;    /**< never negative: a credit as it stands, a debit times 255 (callers rely on it) */
+    double amount;    /**< a credit as it stands, a debit times 255 and not negated (callers rely on it) */
     char code[4];     /**< transaction type, three characters */
     char* ref;        /**< customer reference */
     char* bankref;    /**< bank reference */

@@ -36,6 +36,8 @@ def main():
         parser.error("no list is given")
 
     before = data_files.read(arguments.data)
+    if rules and not rules.keys() & (lists["Germany"].entries if "Germany" in lists else before.german).keys():
+        raise model.DataError(f"{arguments.rules}: names no bank code of the directory")
     after = refresh.refresh(before, lists, rules, arguments.valid_from)
     rendered = data_files.render(after)
     print("\n".join(summary.lines(before, after, rules)))
@@ -47,6 +49,7 @@ def main():
 
 
 if __name__ == "__main__":
+    sys.stdout.reconfigure(errors="backslashreplace")  # a terminal without umlauts is no reason to fail
     try:
         main()
     except (model.DataError, OSError) as error:

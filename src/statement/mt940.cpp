@@ -105,7 +105,7 @@ bool read_balance(const Line& line, struct tm& day, char (&currency)[4], double&
     const auto length = std::min<std::ptrdiff_t>(line.end - amount, 15);
     if (void* comma = std::memchr(amount, ',', static_cast<std::size_t>(length)))
         *static_cast<char*>(comma) = '.';
-    const double value = __sepa_strtod(amount, nullptr);
+    const double value = amount < line.end ? __sepa_strtod(amount, nullptr) : 0;
     saldo = *line.at(5) == 'D' ? -value : value;
     return true;
 }

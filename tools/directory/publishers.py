@@ -28,7 +28,8 @@ BANK_CODE_COLUMNS = {
     "BIC": "bic", "Prüfzifferberechnungsmethode": "method", "Bankleitzahllöschung": "deleted",
     "Nachfolge-Bankleitzahl": "successor", "IBAN-Regel": "iban_rule",
 }
-SCHEMES = {"SERVICE SCT": 1, "SERVICE COR": 2, "SERVICE COR1": 4, "SERVICE B2B": 8}
+# Their bits among the flags; card clearing has none.
+SCHEMES = {"SERVICE SCT": 1, "SERVICE COR": 2, "SERVICE COR1": 4, "SERVICE B2B": 8, "SERVICE SCC": 0}
 
 
 @dataclasses.dataclass(frozen=True)
@@ -52,6 +53,11 @@ def _one_of(pattern, text, what):
     return text
 
 
+def _full_bic(bic):
+    """A BIC with its branch; eight characters stand for the head office."""
+    return bic + "XXX" if len(bic) == 8 else bic
+
+
 def _german(rows):
     entries = {}
     for row in rows:
@@ -65,7 +71,7 @@ def _german(rows):
             method=int(_one_of("[0-9A-F]{2}", row["method"], f"{code}: unknown check method"), 16),
             iban_rule=None if rule is None else int(_one_of("[0-9]{6}", rule, f"{code}: invalid IBAN rule")),
             successor="" if successor == "00000000" else successor,
-            bic=row["bic"], name=row["name"], postcode=row["postcode"], town=row["town"]))
+            bic=_full_bic(row["bic"]), name=row["name"], postcode=row["postcode"], town=row["town"]))
     return Published("Germany", entries)
 
 
@@ -103,7 +109,7 @@ def _austrian(rows, preamble):
     entries = {}
     for row in rows:
         if row["Bankleitzahl"]:
-            bank = model.Bank(row["SWIFT-Code"], row["Bankenname"], row["PLZ"], row["Ort"], "AT")
+            bank = model.Bank(_full_bic(row["SWIFT-Code"]), row["Bankenname"], row["PLZ"], row["Ort"], "AT")
             _insert(entries, row["Bankleitzahl"], bank)
     return Published("Austria", entries, _date(preamble))
 
@@ -111,7 +117,7 @@ def _austrian(rows, preamble):
 def _reachable(rows, preamble):
     entries = {}
     for row in rows:
-        bic = _one_of("[A-Z0-9]{8}([A-Z0-9]{3})?", row["BIC"], "not a BIC:").ljust(11, "X")
+        bic = _full_bic(_one_of("[A-Z0-9]{8}([A-Z0-9]{3})?", row["BIC"], "not a BIC:"))
         flags = sum(bit * int(_one_of("[01]", row[scheme], f"{bic}: unknown mark")) for scheme, bit in SCHEMES.items())
         # With eight and with eleven characters a BIC may be listed twice; the first entry counts.
         entries.setdefault(bic, model.Reachability(flags, row["Name"]))
@@ -131,7 +137,7 @@ def _rules(table):
 def _swiss(text):
     try:
         content = json.loads(text)
-    except json.JSONDecodeError as error:
+    except (ValueError, RecursionError) as error:
         raise model.DataError(f"damaged JSON: {error}") from error
     if not isinstance(content, dict) or not isinstance(content.get("entries"), list):
         raise model.DataError("JSON without a list of entries")
@@ -145,7 +151,7 @@ def _swiss(text):
         bic, name, postcode, town, country = (
             " ".join(str(entry.get(field) or "").split())
             for field in ("bic", "bankOrInstitutionName", "postCode", "townName", "country"))
-        _insert(entries, number.zfill(5), model.Bank(bic, name, postcode, town, "" if country == "CH" else country))
+        _insert(entries, number.zfill(5), model.Bank(_full_bic(bic), name, postcode, town, "" if country == "CH" else country))
     return Published("Switzerland", entries, _date(str(content.get("validOn", ""))))
 
 
@@ -183,6 +189,8 @@ def parse(data):
         published = _table(text)
     if not published.entries:
         raise model.DataError("without entries")
+    if published.list not in ("Switzerland", RULES) and not text.endswith("\n"):
+        raise model.DataError("the last line is cut off")
     return published
 
 

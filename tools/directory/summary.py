@@ -101,16 +101,24 @@ def _unnamed_bics(directory):
     return {bic for bic in directory.bics if bic[4:6] in ("AT", "CH", "DE", "LI") and bic not in named}
 
 
+def _unlisted_bics(directory):
+    """BICs of banks that the list of BICs does not have."""
+    banks = [_latest(bank) for name in ("Germany", "Austria", "Switzerland") for bank in directory.list(name).values()]
+    return {bank.bic: bank.name for bank in banks if bank.bic and bank.bic not in directory.bics}
+
+
 def _reference_lines(before, after):
     """Successors and BICs that lead nowhere; of the BICs, which are many, only those that led somewhere before."""
     missing = {code: versions[-1].successor for code, versions in sorted(after.german.items())}
-    unnamed = _unnamed_bics(after)
+    unnamed, unlisted = _unnamed_bics(after), _unlisted_bics(after)
     return [
         *_listing("successors that do not exist",
                   [f"{code}: {successor}" for code, successor in missing.items()
                    if successor and successor not in after.german]),
         *_listing(f"BICs without a bank that are new or had one before (altogether {len(unnamed)} have none)",
                   [f"{bic} {after.bics[bic].name}" for bic in sorted(unnamed - _unnamed_bics(before))]),
+        *_listing(f"BICs of banks that no scheme reaches, new among them (altogether {len(unlisted)})",
+                  [f"{bic} {unlisted[bic]}" for bic in sorted(unlisted.keys() - _unlisted_bics(before).keys())]),
     ]
 
 

@@ -11,7 +11,8 @@ $document = $message->toXML();
 foreach (['MsgId', 'NbOfTxs', 'CtrlSum', 'BtchBookg', 'Cd', 'ReqdColltnDt', 'BICFI', 'Nm', 'InstdAmt'] as $name) {
     echo $name, ': ', elements($document, $name), "\n";
 }
-echo $document === $message->toXML() ? 'same again' : 'different', "\n";
+$message->setBatchBooking(false);
+echo 'BtchBookg: ', elements($message->toXML(), 'BtchBookg'), "\n";
 ?>
 --EXPECT--
 32 calls
@@ -24,4 +25,4 @@ ReqdColltnDt: 2027-03-01
 BICFI: COBADEFFXXX
 Nm: Müller &amp; Söhne, Müller &amp; Söhne, Erika Müller
 InstdAmt: 10.50
-same again
+BtchBookg: false

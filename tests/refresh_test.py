@@ -51,7 +51,8 @@ def published(directory):
                            ["Kennzeichen", "Bankleitzahl", "Bankenname", "PLZ", "Ort", "SWIFT-Code"], *austrian]),
             "--ch": json.dumps({"entries": swiss}, ensure_ascii=False),
             "--reachable": table([["Gueltig ab / valid from 23.11.2026"],
-                                  ["BIC", "Name", *(f"SERVICE {name}" for name in "SCT COR COR1 B2B SCC".split())], *bics])}
+                                  ["BIC", "Name", *(f"SERVICE {name}" for name in "SCT COR COR1 B2B SCC".split())],
+                                  *bics])}
 
 
 class RefreshTest(unittest.TestCase):

@@ -60,6 +60,7 @@ std::vector<Case> read_cases(const char* path) {
         replace_all(test.file, "\\n", "\n");
         replace_all(test.file, "\\0", {"\0", 1});
     }
+    EXPECT_FALSE(cases.empty()) << path;
     return cases;
 }
 

@@ -257,6 +257,26 @@ TEST(Allocation, EveryFailureIsToldAndNothingIsLost) {
     }
 }
 
+// Names of every length, so that every kind of line has to grow the text once.
+TEST(Allocation, DocumentIsWholeOrMissing) {
+    for (std::size_t length = 1; length <= 70; ++length) {
+        const Message message = complete_message(SEPA_MSGTYPE_DDI, "DE-3.7");
+        ASSERT_TRUE(sepa_setName(message.get(), std::string(length, '&').c_str()));
+        ASSERT_TRUE(add(message, direct_debit()));
+        const std::string whole = timeless(document(message));
+        heap = {};
+        do {
+            char* xml = nullptr;
+            heap.requests = 0;
+            ++heap.refused;
+            attempt([&] { return (xml = sepa_toXML(message.get())) != nullptr; });
+            EXPECT_TRUE(xml == nullptr || timeless(xml) == whole)
+                << length << ", allocation " << heap.refused;
+            std::free(xml);
+        } while (heap.requests >= heap.refused);
+    }
+}
+
 TEST(Allocation, LookupsTellThatThereIsNoMemory) {
     sepa_bank_t* const untouched = reinterpret_cast<sepa_bank_t*>(&heap);
     sepa_bank_t* bank = untouched;

@@ -16,6 +16,8 @@ constexpr char last_key_character = 'z';
 constexpr std::size_t key_characters = last_key_character - first_key_character + 1;
 constexpr std::size_t min_key_length = 6;
 constexpr std::size_t max_key_length = 15;
+// Three for each character and position; the fourth is zero and lets all be added as one vector.
+constexpr std::size_t numbers_a_character = 4;
 
 #include "data/directory_hash.inc"
 #include "data/directory_release.inc"
@@ -91,18 +93,20 @@ bool find_bank(const char* country_code, const char* bank_id, Bank* bank) {
 
 int directory_hash(std::string_view key) {
     if (key.size() < min_key_length || key.size() > max_key_length) return -1;
-    std::uint32_t sums[3] = {};
+    typedef std::uint32_t Numbers [[gnu::vector_size(numbers_a_character * sizeof(std::uint32_t))]];
+    Numbers sums = {};
     const auto* table = tabulation;
     for (const char c : key) {
-        if (c < first_key_character || c > last_key_character) return -1;
-        const auto& numbers = table[c - first_key_character];
-        for (int i = 0; i < 3; ++i)
-            sums[i] += numbers[i];
+        const auto row = static_cast<std::size_t>(static_cast<unsigned char>(c) - first_key_character);
+        if (row >= key_characters) return -1;
+        Numbers numbers;
+        std::memcpy(&numbers, table[row], sizeof(numbers));
+        sums += numbers;
         table += key_characters;
     }
     std::uint32_t value = 0;
-    for (const std::uint32_t sum : sums)
-        value += vertex_values[sum % vertex_count];
+    for (int i = 0; i < 3; ++i)
+        value += vertex_values[sums[i] % vertex_count];
     // A key without a record can meet vertices that no record uses, and a sum below zero then.
     return static_cast<std::int32_t>(value) % directory_size();
 }

@@ -63,7 +63,7 @@ def _records_text(directory, records):
 def _hash_text(records):
     table = perfect_hash.build([record.key for record in records])
     lines = [_head(HASH), "\n", f"constexpr std::uint32_t vertex_count = {len(table.values)};\n\n",
-             'constexpr std::uint32_t tabulation[max_key_length * key_characters][3] = {\n']
+             'constexpr std::uint32_t tabulation[max_key_length * key_characters][numbers_a_character] = {\n']
     lines += ["    {" + ", ".join(f"0x{number:08x}" for number in row) + "},\n" for row in table.tabulation]
     lines += ["};\n\n", "constexpr std::uint32_t vertex_values[vertex_count] = {\n"]
     cells = ["0xffffffff" if value == perfect_hash.UNUSED else str(value) for value in table.values]

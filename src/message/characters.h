@@ -11,6 +11,7 @@ enum class CharacterSet {
     identifier = 0, // references: no space
     text = 1,       // free text
     name = 2,       // names and free text with German letters
+    any = 3,        // whatever the caller writes
 };
 
 // The first byte of the first character that the set does not hold under the rulebook, or null.

@@ -27,7 +27,6 @@ enum class Kind : std::uint8_t {
     smnda,
     address_refused
 };
-enum class Characters : std::uint8_t { any, identifier, text, name };
 
 constexpr std::uint8_t ddi = 1, cti = 2, both = ddi | cti;
 
@@ -38,7 +37,7 @@ struct Property {
     std::uint8_t messages;
     Kind kind;
     Field field;
-    Characters characters;
+    CharacterSet characters;
     std::uint8_t shortest, longest;
     char length_text[72];
     char value_name[36];
@@ -48,37 +47,37 @@ constexpr Field no_field = Field::count;
 
 // Deliberate: the length text of address line 2 speaks of line 1 (callers match on it).
 constexpr Property properties[] = {
-    {"name", ddi, Kind::text, Field::name, Characters::name, 1, 70, "Invalid name (must be 1-70 characters)",
-     "debtor name"},
-    {"name", cti, Kind::text, Field::name, Characters::name, 1, 70, "Invalid name (must be 1-70 characters)",
-     "creditor name"},
-    {"iban", both, Kind::iban, Field::iban, Characters::any, 0, 0, "", ""},
-    {"bic", both, Kind::bic, Field::bic, Characters::any, 0, 0, "", ""},
-    {"addrCC", both, Kind::country, Field::country, Characters::any, 2, 2, "Invalid country code", ""},
-    {"addrLine1", both, Kind::address_line, Field::address_line_1, Characters::name, 1, 70,
+    {"name", ddi, Kind::text, Field::name, CharacterSet::name, 1, 70,
+     "Invalid name (must be 1-70 characters)", "debtor name"},
+    {"name", cti, Kind::text, Field::name, CharacterSet::name, 1, 70,
+     "Invalid name (must be 1-70 characters)", "creditor name"},
+    {"iban", both, Kind::iban, Field::iban, CharacterSet::any, 0, 0, "", ""},
+    {"bic", both, Kind::bic, Field::bic, CharacterSet::any, 0, 0, "", ""},
+    {"addrCC", both, Kind::country, Field::country, CharacterSet::any, 2, 2, "Invalid country code", ""},
+    {"addrLine1", both, Kind::address_line, Field::address_line_1, CharacterSet::name, 1, 70,
      "Invalid address line 1 (must be 1-70 chars)", "address line 1"},
-    {"addrLine2", both, Kind::address_line, Field::address_line_2, Characters::name, 1, 70,
+    {"addrLine2", both, Kind::address_line, Field::address_line_2, CharacterSet::name, 1, 70,
      "Invalid address line 1 (must be 1-70 chars)", "address line 2"},
-    {"addrDept", ddi, Kind::address_refused, no_field, Characters::any, 0, 0, "", ""},
-    {"seq", ddi, Kind::sequence, no_field, Characters::any, 0, 0, "", ""},
-    {"amount", both, Kind::amount, no_field, Characters::any, 0, 0, "", ""},
-    {"date", both, Kind::text, Field::date, Characters::any, 10, 10,
+    {"addrDept", ddi, Kind::address_refused, no_field, CharacterSet::any, 0, 0, "", ""},
+    {"seq", ddi, Kind::sequence, no_field, CharacterSet::any, 0, 0, "", ""},
+    {"amount", both, Kind::amount, no_field, CharacterSet::any, 0, 0, "", ""},
+    {"date", both, Kind::text, Field::date, CharacterSet::any, 10, 10,
      "Invalid execution date (format: yyyy-mm-dd)", ""},
-    {"id", both, Kind::text, Field::end_to_end_id, Characters::text, 1, 35,
+    {"id", both, Kind::text, Field::end_to_end_id, CharacterSet::text, 1, 35,
      "Invalid end-to-end ID (must be 1-35 characters)", "end-to-end ID"},
-    {"mref", ddi, Kind::mandate_reference, Field::mandate_reference, Characters::identifier, 1, 35,
+    {"mref", ddi, Kind::mandate_reference, Field::mandate_reference, CharacterSet::identifier, 1, 35,
      "Invalid mandate reference (must be 1-35 characters)", "mandate reference"},
-    {"mdate", ddi, Kind::text, Field::mandate_date, Characters::any, 10, 10,
+    {"mdate", ddi, Kind::text, Field::mandate_date, CharacterSet::any, 10, 10,
      "Invalid mandate signature date (format: yyyy-mm-dd)", ""},
-    {"old_mref", ddi, Kind::text, Field::original_mandate_reference, Characters::identifier, 1, 35,
+    {"old_mref", ddi, Kind::text, Field::original_mandate_reference, CharacterSet::identifier, 1, 35,
      "Invalid old mandate reference (must be 1-35 characters)", "old mandate reference"},
-    {"old_iban", ddi, Kind::iban, Field::original_iban, Characters::any, 0, 0, "", ""},
-    {"smnda", ddi, Kind::smnda, no_field, Characters::any, 0, 0, "", ""},
-    {"ref", both, Kind::text, Field::remittance, Characters::name, 0, 140,
+    {"old_iban", ddi, Kind::iban, Field::original_iban, CharacterSet::any, 0, 0, "", ""},
+    {"smnda", ddi, Kind::smnda, no_field, CharacterSet::any, 0, 0, "", ""},
+    {"ref", both, Kind::text, Field::remittance, CharacterSet::name, 0, 140,
      "Invalid unstructured remittance information (must be 0-140 characters)",
      "unstructured remittance information"},
-    {"purp", cti, Kind::text, Field::purpose, Characters::any, 4, 4, "Invalid purpose (must be 4 characters)",
-     ""},
+    {"purp", cti, Kind::text, Field::purpose, CharacterSet::any, 4, 4,
+     "Invalid purpose (must be 4 characters)", ""},
 };
 
 // In the order of the fields from first_structured_field on.
@@ -114,16 +113,12 @@ bool set_text(sepa_t* message, Transaction& transaction, const Property& propert
     const std::string_view text(value, strnlen(value, property.longest + std::size_t{1}));
     if (text.size() < property.shortest || text.size() > property.longest)
         return refuse(message, property.length_text);
-    if (property.characters != Characters::any) {
-        auto set = static_cast<CharacterSet>(static_cast<int>(property.characters) -
-                                             static_cast<int>(Characters::identifier));
-        if (property.kind == Kind::mandate_reference &&
-            permits_spaces_in_mandate_reference(selected_rulebook))
-            set = CharacterSet::text;
-        if (const char* c = find_forbidden_character(text, set, selected_rulebook)) {
-            fail_with(message, "Invalid character '%c' in %s", *c, property.value_name);
-            return false;
-        }
+    CharacterSet set = property.characters;
+    if (property.kind == Kind::mandate_reference && permits_spaces_in_mandate_reference(selected_rulebook))
+        set = CharacterSet::text;
+    if (const char* c = find_forbidden_character(text, set, selected_rulebook)) {
+        fail_with(message, "Invalid character '%c' in %s", *c, property.value_name);
+        return false;
     }
     return store(message, transaction[property.field], text);
 }

@@ -1,5 +1,5 @@
 dnl Builds the PHP extension without CMake, as PIE does it: phpize && ./configure && make && make install.
-dnl The sources and the exported names are those of the CMake build, read from its lists.
+dnl The sources are those of the CMake build, the exported names come from the same lists.
 
 PHP_ARG_ENABLE([sepa],
   [whether to enable SEPA payments],
@@ -12,9 +12,8 @@ if test "$PHP_SEPA" != "no"; then
   CXXFLAGS="$CXXFLAGS -std=c++20 -fvisibility=hidden -fvisibility-inlines-hidden"
   CXXFLAGS="$CXXFLAGS -fno-exceptions -fno-rtti -fno-threadsafe-statics"
 
-  sepa_sources=`$SED -n 's|^  \(.*\.cpp\).*|src/\1|p' "PHP_EXT_SRCDIR()/src/CMakeLists.txt"`
-  PHP_NEW_EXTENSION([sepa],
-    [php/module.c php/sepa_class.c php/statement_parser_class.c $sepa_sources],
+  sepa_sources=`cd "PHP_EXT_SRCDIR()" && echo php/*.c src/*/*.cpp`
+  PHP_NEW_EXTENSION([sepa], [$sepa_sources],
     [$ext_shared],,
     [-I@ext_srcdir@ -I@ext_srcdir@/include -I@ext_srcdir@/src -D_GNU_SOURCE])
 

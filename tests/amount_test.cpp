@@ -6,8 +6,8 @@
 #include <random>
 #include <string>
 
+#include "base/amount.h"
 #include "velmora.h"
-#include "xml/amount.h"
 
 namespace {
 

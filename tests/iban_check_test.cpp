@@ -6,7 +6,7 @@
 #include <random>
 
 #include "bank/iban_countries.h"
-#include "bank/mod97.h"
+#include "base/mod97.h"
 #include "message_builder.h"
 
 using namespace velmora;

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-#include "message/owned_text.h"
+#include "base/owned_text.h"
 
 namespace velmora {
 

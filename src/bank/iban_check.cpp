@@ -4,8 +4,8 @@
 
 #include "bank/directory.h"
 #include "bank/iban_countries.h"
-#include "bank/mod97.h"
 #include "bank/pattern.h"
+#include "base/mod97.h"
 #include "velmora.h"
 
 namespace velmora {

@@ -1,6 +1,6 @@
 #include "message/creditor_identifier.h"
 
-#include "bank/mod97.h"
+#include "base/mod97.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "message/owned_text.h"
+#include "base/owned_text.h"
 #include "message/transaction.h"
 #include "velmora.h"
 

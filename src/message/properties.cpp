@@ -8,9 +8,9 @@
 
 #include "bank/bic.h"
 #include "bank/iban_check.h"
+#include "base/amount.h"
 #include "message/characters.h"
 #include "message/rulebook.h"
-#include "xml/amount.h"
 
 namespace velmora {
 namespace {

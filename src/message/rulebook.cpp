@@ -3,7 +3,7 @@
 #include <ctime>
 #include <iterator>
 
-#include "message/local_time.h"
+#include "base/local_time.h"
 
 namespace velmora {
 namespace {

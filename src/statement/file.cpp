@@ -46,10 +46,10 @@ const char* read_fully(const File& file, char* text, std::size_t size) {
 
 } // namespace
 
-StatementText read_statement_file(sepa_stmt_parser_t* parser, const char* path) {
+FileText read_statement_file(sepa_stmt_parser_t* parser, const char* path) {
     const auto failed = [&](const char* format, auto value) {
         fail_with(parser, format, value);
-        return StatementText();
+        return FileText();
     };
     const File file(path);
     if (!file.is_open()) return failed("Can't open input file: %s", std::strerror(errno));
@@ -60,7 +60,7 @@ StatementText read_statement_file(sepa_stmt_parser_t* parser, const char* path) 
     if (status.st_size <= 0) return failed("%s", "Input file is empty");
 
     const auto size = static_cast<std::size_t>(status.st_size);
-    StatementText text = allocate_text(size + 1);
+    FileText text = allocate_text(size + 1);
     if (text == nullptr) return failed("Failed to allocate %li bytes", static_cast<long>(status.st_size));
     if (const char* reason = read_fully(file, text.get(), size))
         return failed("Error while reading from file: %s", reason);

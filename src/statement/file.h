@@ -6,6 +6,6 @@
 namespace velmora {
 
 // The whole file with a zero byte behind it, or null with the reason in the parser.
-StatementText read_statement_file(sepa_stmt_parser_t* parser, const char* path);
+FileText read_statement_file(sepa_stmt_parser_t* parser, const char* path);
 
 } // namespace velmora

@@ -234,7 +234,7 @@ bool read_statements(sepa_stmt_parser_t* parser, char* text) {
 
 } // namespace
 
-int load_mt940(sepa_stmt_parser_t* parser, StatementText text) {
+int load_mt940(sepa_stmt_parser_t* parser, FileText text) {
     if (parser->input == nullptr) return fail_with(parser, "MT940 parser not initialized");
     if (text[0] == '\0' || !read_statements(parser, text.get())) return 0;
     parser->input->text = std::move(text);

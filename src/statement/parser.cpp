@@ -42,7 +42,7 @@ int sepa_stmt_parser_load(sepa_stmt_parser_t* parser, uint32_t format, const cha
         return fail_with(parser, "Error while allocating %lu bytes: %s",
                          static_cast<unsigned long>(sizeof(StatementInput)), std::strerror(errno));
     parser->input = new (input) StatementInput{};
-    StatementText text = read_statement_file(parser, path);
+    FileText text = read_statement_file(parser, path);
     return text != nullptr ? load_mt940(parser, std::move(text)) : 0;
 }
 

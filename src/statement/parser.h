@@ -3,14 +3,14 @@
 
 #include <cstdint>
 
-#include "statement/memory.h"
+#include "base/file_memory.h"
 #include "velmora.h"
 
 namespace velmora {
 
 // What a parser owns once it has been told to load.
 struct StatementInput {
-    StatementText text;
+    FileText text;
     RecordPool records;
     char reserved[224]; // keeps the size that the error text for a failed allocation names
 };

@@ -6,15 +6,9 @@
 #include <cstring>
 #include <limits>
 
+#include "base/ascii.h"
+
 namespace velmora {
-
-inline bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-inline bool is_letter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
 
 inline int two_digits(const char* digits) {
     return (digits[0] - '0') * 10 + (digits[1] - '0');
@@ -35,7 +29,7 @@ inline constexpr std::size_t any_width = std::numeric_limits<std::size_t>::max()
 // The same bits cast to int are what "%d" gives for two digits.
 inline bool scan_number(char*& at, std::size_t width, std::uint32_t& number) {
     char* p = at;
-    while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
+    while (is_space(*p))
         ++p;
     const bool negative = *p == '-';
     if (*p == '-' || *p == '+') {

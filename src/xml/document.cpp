@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "message/local_time.h"
+#include "base/local_time.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,4 @@
-#include "statement/memory.h"
+#include "base/file_memory.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -21,8 +21,8 @@ void prefer_huge_pages(void* block, std::size_t size) {
 
 } // namespace
 
-StatementText allocate_text(std::size_t size) {
-    StatementText text(static_cast<char*>(std::malloc(size)), {size});
+FileText allocate_text(std::size_t size) {
+    FileText text(static_cast<char*>(std::malloc(size)), {size});
     if (text != nullptr) prefer_huge_pages(text.get(), size);
     return text;
 }

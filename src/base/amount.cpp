@@ -1,11 +1,11 @@
-#include "xml/amount.h"
+#include "base/amount.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstdint>
 #include <limits>
 
+#include "base/ascii.h"
 #include "velmora.h"
 
 namespace velmora {
@@ -15,10 +15,6 @@ constexpr int significant_digits = 18;
 constexpr int low_digits = 9; // the last nine significant digits are gathered apart from those before
 constexpr int largest_exponent = 511;
 constexpr double powers_of_ten[] = {1.0e1, 1.0e2, 1.0e4, 1.0e8, 1.0e16, 1.0e32, 1.0e64, 1.0e128, 1.0e256};
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 double power_of_ten(int exponent) {
     double power = 1.0;
@@ -68,7 +64,7 @@ Mantissa read_mantissa(const char* text) {
 // Reads "E", an optional sign and digits; the digits may be missing. An "E" before a letter begins a word, as
 // in "12.50EUR", and stays where it is.
 int read_exponent(const char*& p) {
-    if ((*p != 'E' && *p != 'e') || std::isalpha(static_cast<unsigned char>(p[1]))) return 0;
+    if ((*p != 'E' && *p != 'e') || is_letter(p[1])) return 0;
     ++p;
     const bool negative = *p == '-';
     if (*p == '-' || *p == '+') ++p;
@@ -96,7 +92,7 @@ double __sepa_strtod(const char* text, char** end) {
     if (text == nullptr) return 0.0;
 
     const char* p = text;
-    while (std::isspace(static_cast<unsigned char>(*p)))
+    while (is_space(*p))
         ++p;
     const bool negative = *p == '-';
     if (*p == '-' || *p == '+') ++p;

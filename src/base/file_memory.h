@@ -18,10 +18,10 @@ struct WipeAndFree {
 };
 
 // The zero-terminated text of a statement file. Every text of the records is a piece of it.
-using StatementText = std::unique_ptr<char[], WipeAndFree>;
+using FileText = std::unique_ptr<char[], WipeAndFree>;
 
 // Null without memory.
-StatementText allocate_text(std::size_t size);
+FileText allocate_text(std::size_t size);
 
 // Hands out the records of a file one behind the other; wipes and releases them all at once.
 class RecordPool {

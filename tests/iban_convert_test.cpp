@@ -12,7 +12,6 @@
 #include <string>
 
 #include "bank/iban_check.h"
-#include "bank/iban_rules.h"
 #include "velmora.h"
 
 namespace {
@@ -191,37 +190,6 @@ TEST(IbanConvert, EveryBankOfTheDirectory) {
     }
     EXPECT_EQ(seen, (std::set<std::string>{"1 0", "1 1", "1 13", "1 15", "-1 0", "-1 12", "-1 50"}));
     EXPECT_EQ(convert("DE", "12-345", "10010010"), "-1 0 -");
-}
-
-// What the rules that replace accounts or declare them valid leave of the account check.
-TEST(IbanRules, ResultOfTheAccountCheck) {
-    const struct {
-        unsigned rule;
-        std::uint8_t method;
-        const char *bank_code, *account;
-        int given, expected;
-    } cases[] = {
-        {4, 0x00, "12345678", "0000000135", 1, -1},   {5, 0x00, "10040000", "0000007878", -1, 1},
-        {5, 0x00, "10080000", "0000001987", 1, -1},   {10, 0x00, "50050201", "0000002000", -1, 1},
-        {11, 0x00, "12345678", "0000001000", -1, 1},  {20, 0x00, "50070010", "0000009999", 1, -1},
-        {26, 0x00, "12345678", "0000055111", -1, 1},  {26, 0x00, "12345678", "0000003333", -1, -1},
-        {27, 0x00, "12345678", "0000003333", -1, 1},  {30, 0x00, "12345678", "0001718190", -1, 1},
-        {43, 0xA9, "60651070", "0000000868", -1, 1},  {44, 0x00, "12345678", "0000000202", 1, 0},
-        {45, 0x00, "12345678", "0000055111", -1, -1}, {49, 0x00, "12345678", "0000000036", 1, 0},
-        {49, 0x44, "30060010", "0001991182", 1, 0},   {51, 0x00, "12345678", "0000000333", 1, 0},
-        {54, 0x00, "12345678", "0000760440", -1, 1},  {54, 0x00, "12345678", "0000000500", 1, 0},
-        {54, 0x00, "12345678", "0000624044", -1, 1},  {56, 0x00, "12345678", "0000000036", -1, 1},
-    };
-    for (const auto& c : cases) {
-        ConversionContext context = {};
-        std::strcpy(context.bank_code, c.bank_code);
-        std::strcpy(context.account, c.account);
-        context.method = c.method;
-        context.account_result = static_cast<std::int8_t>(c.given);
-        char iban[iban_buffer_size];
-        EXPECT_EQ(apply_iban_rule(c.rule, iban, context), 1);
-        EXPECT_EQ(context.account_result, c.expected) << c.rule << " " << c.account;
-    }
 }
 
 // The BIC, or the result when it is not 1. Exactly twelve bytes may change.

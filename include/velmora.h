@@ -1,10 +1,11 @@
 /**
  * @file velmora.h
- * @brief libvelmora: SEPA payment files, account checks, bank directory and MT940 statements.
+ * @brief libvelmora: SEPA payment files, account checks, bank directory and account statements.
  *
  * The library builds direct debit (ISO 20022 pain.008) and credit transfer (pain.001) files under German,
  * Austrian and Dutch rulebooks, checks IBANs, BICs, creditor identifiers and German account numbers,
- * answers questions about banks from a directory compiled into it, and reads MT940 account statements.
+ * answers questions about banks from a directory compiled into it, and reads account statements (MT940,
+ * camt).
  *
  * Conventions that hold for every function below:
  *
@@ -37,6 +38,9 @@
 
 /** Version of the library and of the PHP module; build files and packages read it from here. */
 #define VELMORA_VERSION "2.30"
+
+/** Counts the releases that added functions; 1 is the first with the new statement formats. */
+#define VELMORA_ADDITIONS 1
 
 #ifdef __cplusplus
 extern "C" {
@@ -332,48 +336,52 @@ int sepa_account_check(const char* account, uint8_t method);
 int sepa_account_check2(const char* account, const char* bank_code, uint8_t method);
 
 /* ------------------------------------------------------------------------------------------------------
- * Account statements (MT940)
+ * Account statements (MT940, camt)
  * --------------------------------------------------------------------------------------------------- */
 
 /** Statement formats for sepa_stmt_parser_load(). */
 enum {
-    SEPA_STMT_FORMAT_MT940 = 1 /**< SWIFT MT940 with the German structured :86: field, CR LF line ends */
+    SEPA_STMT_FORMAT_MT940 = 1, /**< SWIFT MT940 with the German structured :86: field, CR LF line ends */
+    SEPA_STMT_FORMAT_CAMT = 53, /**< ISO 20022 camt.052, camt.053 and camt.054, any version from 001.02 on */
+    SEPA_STMT_FORMAT_MT940_TOLERANT = 940 /**< MT940 as banks really write it: any line end, signed amounts */
 };
 
 /** A parser with the statements of one file. Opaque. */
 typedef struct sepa_stmt_parser sepa_stmt_parser_t;
 
 /**
- * One booking (":61:" with its ":86:"). All texts belong to the parser; a text that the statement does not
- * have is null. Dates have day, month (0-11) and year (since 1900) only.
+ * One booking (":61:" with its ":86:"; an "Ntry" of a camt file, or one of its parts where they add up). All
+ * texts belong to the parser; a text that the statement does not have is null. Dates have day, month (0-11)
+ * and year (since 1900) only. sepa_stmt_parser_getTxInfo() has more.
  */
 typedef struct sepa_stmt_tx {
     struct tm valuta; /**< value date */
     struct tm booked; /**< booking date; all zero when the line has none */
     uint8_t reversal; /**< 1 for a reversal ("RC", "RD") */
-    double amount;    /**< a credit as it stands, a debit times 255 and not negated (callers rely on it) */
-    char code[4];     /**< transaction type, three characters */
-    char* ref;        /**< customer reference */
-    char* bankref;    /**< bank reference */
-    char* txtext;     /**< posting text (?00) */
-    char* primanota;  /**< journal number (?10) */
-    uint32_t gvc;     /**< business transaction code, three digits */
-    uint32_t extcode; /**< text key extension (?34) */
-    char bank[13];    /**< counterpart's bank code or BIC (?30) */
-    char account[35]; /**< counterpart's account or IBAN (?31) */
-    char name[55];    /**< counterpart's name (?32, ?33) */
-    char* purpose;    /**< purpose lines before the first keyword, joined with line feeds */
-    char* eref;       /**< EREF+: end-to-end reference */
-    char* kref;       /**< KREF+: customer reference */
-    char* mref;       /**< MREF+: mandate reference */
-    char* cred;       /**< CRED+: creditor identifier */
-    char* debt;       /**< DEBT+: originator identifier */
-    char* purp;       /**< PURP+: purpose code */
-    char* coam;       /**< COAM+: compensation amount, "." as decimal mark */
-    char* oamt;       /**< OAMT+: original amount, "." as decimal mark */
-    char* svwz;       /**< SVWZ+: remittance information */
-    char* abwa;       /**< ABWA+: ultimate originator */
-    char* abwe;       /**< ABWE+: ultimate recipient */
+    double amount; /**< in the formats 53 and 940 negative for a debit, whether a reversal or not. In format 1
+                      a debit counts 255 times and is not negative: use sepa_stmt_tx_info_t::signedAmount */
+    char code[4];  /**< transaction type, three characters */
+    char* ref;     /**< customer reference */
+    char* bankref; /**< bank reference */
+    char* txtext;  /**< posting text (?00) */
+    char* primanota;           /**< journal number (?10) */
+    uint32_t gvc;              /**< business transaction code, three digits */
+    uint32_t extcode;          /**< text key extension (?34) */
+    char bank[13];             /**< counterpart's bank code or BIC (?30) */
+    char account[35];          /**< counterpart's account or IBAN (?31) */
+    char name[55];             /**< counterpart's name (?32, ?33) */
+    char* purpose;             /**< purpose lines before the first keyword, joined with line feeds */
+    char* eref;                /**< EREF+: end-to-end reference */
+    char* kref;                /**< KREF+: customer reference */
+    char* mref;                /**< MREF+: mandate reference */
+    char* cred;                /**< CRED+: creditor identifier */
+    char* debt;                /**< DEBT+: originator identifier */
+    char* purp;                /**< PURP+: purpose code */
+    char* coam;                /**< COAM+: compensation amount, "." as decimal mark */
+    char* oamt;                /**< OAMT+: original amount, "." as decimal mark */
+    char* svwz;                /**< SVWZ+: remittance information */
+    char* abwa;                /**< ABWA+: ultimate originator */
+    char* abwe;                /**< ABWE+: ultimate recipient */
     struct sepa_stmt_tx* next; /**< the next booking of the statement */
 } sepa_stmt_tx_t;
 
@@ -394,22 +402,148 @@ typedef struct sepa_stmt {
     struct sepa_stmt* next;   /**< the next statement of the file */
 } sepa_stmt_t;
 
+/** A balance of a statement in the formats 53 and 940. */
+typedef struct sepa_stmt_balance {
+    char code[5];     /**< OPBD, PRCD, CLBD, ITBD, OPAV, CLAV, ITAV, FWAV, XPCD, INFO (ISO 20022 external code
+                           set), or the first four bytes of a bank's own code */
+    char currency[4]; /**< three letters */
+    uint8_t interim;  /**< 1 for the balance of a page or of the moment */
+    double amount;    /**< negative for a debit balance */
+    struct tm date;   /**< day, month (0-11) and year (since 1900) */
+} sepa_stmt_balance_t;
+
+/**
+ * What the formats 53 and 940 know about a statement beyond sepa_stmt_t. It belongs to the parser and may
+ * grow at its end. A text that the file does not have is null.
+ */
+typedef struct sepa_stmt_info {
+    uint16_t kind;         /**< 52, 53 or 54: camt.052, camt.053, camt.054; 940: MT940 */
+    uint16_t version;      /**< of the camt message: 2, 8, ...; 0 when its namespace does not tell */
+    char* messageId;       /**< identification of the file's message */
+    char* created;         /**< date and time of creation as written */
+    char* from;            /**< begin of the period as written */
+    char* to;              /**< end of the period as written */
+    uint8_t lastPage;      /**< 1 when this is the last page, or when the file does not count pages */
+    char copy[5];          /**< COPY, DUPL or CODU for a copy or a duplicate, else empty */
+    char* owner;           /**< the account's owner */
+    char bic[12];          /**< the bank that keeps the account */
+    char currency[4];      /**< the account's currency */
+    char* text;            /**< the bank's words about the whole statement */
+    uint8_t utf8;          /**< 1: the whole file is valid UTF-8 (always for camt) */
+    uint32_t balanceCount; /**< how many balances follow */
+    const sepa_stmt_balance_t* balances; /**< all balances in the order of the file */
+    uint64_t entries;                    /**< number of entries as the file counts them, 0 when it does not */
+    uint64_t creditEntries;              /**< those to the account's credit */
+    uint64_t debitEntries;               /**< those to the account's debit */
+    double entrySum;                     /**< sum of all entries as the file tells it */
+    double creditSum;                    /**< sum of the credits */
+    double debitSum;                     /**< sum of the debits */
+} sepa_stmt_info_t;
+
+/**
+ * What is known about a booking beyond sepa_stmt_tx_t. It belongs to the parser and may grow at its end. A
+ * text that the file does not have is null or empty. For format 1 only debit, currency and signedAmount are
+ * set.
+ */
+typedef struct sepa_stmt_tx_info {
+    uint8_t debit;        /**< 1: the booking takes money off the account */
+    char status[5];       /**< BOOK, PDNG, INFO, FUTR, or the first four bytes of a bank's own status */
+    char currency[4];     /**< of the amount */
+    int64_t signedAmount; /**< in 1/100,000 of the currency unit, exact, negative for a debit; INT64_MAX when
+                             the amount is too large or has more than five decimals */
+    uint32_t entry;       /**< number of the entry in its statement, from 1 */
+    uint32_t part;        /**< number of this part of the entry, from 1; 0: the record is the entry itself */
+    uint32_t parts;       /**< how many parts the entry has */
+    double entryAmount;   /**< amount of the whole entry, negative for a debit */
+    uint32_t batchCount;  /**< payments in the batch */
+    char* batchMessageId; /**< message identification of the batch */
+    char* batchPaymentId; /**< payment information identification of the batch */
+    char* fullName;       /**< the counterpart's name uncut (sepa_stmt_tx_t::name holds 54 bytes) */
+    char* ultimateDebtor; /**< on whose behalf was paid */
+    char* ultimateCreditor;     /**< for whom the money is */
+    char* returnReason;         /**< why a payment came back: ISO 20022 reason code or the bank's own */
+    char* returnText;           /**< the same in words, joined with line feeds */
+    char* creditorReference;    /**< structured reference (ISO 11649) */
+    char domain[5];             /**< bank transaction code: domain */
+    char family[5];             /**< family */
+    char subFamily[5];          /**< sub-family */
+    char* proprietaryCode;      /**< the bank's own transaction code, whole */
+    char* proprietaryIssuer;    /**< who defined it */
+    double charges;             /**< sum of the charges, negative when they were taken */
+    char chargesCurrency[4];    /**< their currency */
+    double instructedAmount;    /**< amount as instructed, with the sign of the booking */
+    char instructedCurrency[4]; /**< its currency */
+    char* exchangeRate;         /**< as written */
+    char* messageId;            /**< message identification of the payment's file */
+    char* paymentId;            /**< payment information identification */
+    char* instructionId;        /**< instruction identification */
+    char* transactionId;        /**< transaction identification of the clearing */
+    char* uetr;                 /**< unique end-to-end transaction reference */
+    char* entryReference;       /**< the bank's reference of the entry in the statement */
+    char* proprietaryReference; /**< the first reference of the bank's own kind */
+    char* text; /**< further words of the bank; in format 940 all that has no field of its own */
+} sepa_stmt_tx_info_t;
+
 /** Creates a parser for one file. @return the parser, or null without memory. */
 sepa_stmt_parser_t* sepa_stmt_parser_new(void);
 
 /**
- * Reads a statement file. A parser loads once. Content that the parser does not understand never fails the
- * load: it only cuts a statement short.
+ * Reads a statement file. A parser loads once, even if that fails.
+ *
+ * In format 1, content that the parser does not understand never fails the load: it only cuts a statement
+ * short. In the formats 53 and 940 a damaged file fails the load, and nothing of it is kept: half a statement
+ * must not be booked.
  *
  * @param parser a parser that has not loaded anything yet.
- * @param format SEPA_STMT_FORMAT_MT940.
+ * @param format SEPA_STMT_FORMAT_MT940, SEPA_STMT_FORMAT_CAMT or SEPA_STMT_FORMAT_MT940_TOLERANT.
  * @param path   the file.
- * @return 1, or 0 with the reason; statements must then not be read.
+ * @return 1, or 0 with the reason; there are no statements then.
  */
 int sepa_stmt_parser_load(sepa_stmt_parser_t* parser, uint32_t format, const char* path);
 
+/**
+ * Like sepa_stmt_parser_load(), for a file that lies in memory already.
+ *
+ * @param parser a parser that has not loaded anything yet.
+ * @param format as for sepa_stmt_parser_load().
+ * @param data   the bytes; they are copied.
+ * @param size   how many; without any the load fails with "Input file is empty".
+ * @return 1, or 0 with the reason.
+ */
+int sepa_stmt_parser_loadMemory(sepa_stmt_parser_t* parser, uint32_t format, const char* data, size_t size);
+
 /** @return the first statement of the loaded file, or null when there is none. */
 sepa_stmt_t* sepa_stmt_parser_getStatement(sepa_stmt_parser_t* parser);
+
+/**
+ * Tells more about a statement.
+ *
+ * @return the record, valid as long as the parser; null in format 1, for null, and for a statement that is
+ * not one of this parser's.
+ */
+const sepa_stmt_info_t* sepa_stmt_parser_getInfo(sepa_stmt_parser_t* parser, const sepa_stmt_t* statement);
+
+/**
+ * Tells more about a booking.
+ *
+ * @return the record, valid as long as the parser, in format 1 until the next call on it; null for null and
+ * for a booking that is not one of this parser's.
+ */
+const sepa_stmt_tx_info_t* sepa_stmt_parser_getTxInfo(sepa_stmt_parser_t* parser,
+                                                      const sepa_stmt_tx_t* booking);
+
+/**
+ * Proves a statement: opening balance and bookings give the closing balance. All sums are exact; bookings
+ * whose status is neither empty nor BOOK do not count.
+ *
+ * @param parser     a parser that has loaded a file.
+ * @param statement  one of its statements.
+ * @param difference where closing balance less opening balance and bookings is stored; 0 when there is
+ * nothing to compare. May be null.
+ * @return 1 proved, 0 not, -1 when a balance is missing, for null, and for a statement that is not one of
+ * this parser's.
+ */
+int sepa_stmt_parser_check(sepa_stmt_parser_t* parser, const sepa_stmt_t* statement, double* difference);
 
 /** @return the text of the last failure, empty when there was none; for null a text that says so. */
 const char* sepa_stmt_parser_getError(sepa_stmt_parser_t* parser);

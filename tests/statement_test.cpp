@@ -8,10 +8,10 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <sstream>
 #include <vector>
 
 #include "information_model.h"
-#include "statement/mt940.h"
 #include "statement/scan.h"
 #include "statement_records.h"
 
@@ -117,7 +117,7 @@ TEST(Statement, HandleRules) {
     EXPECT_STREQ(sepa_stmt_parser_getError(nullptr), "invalid sepa_stmt_parser_t handle");
     sepa_stmt_parser_free(nullptr);
 
-    const Parser parser = new_parser(), refused = new_parser(), bare = new_parser();
+    const Parser parser = new_parser(), refused = new_parser();
     EXPECT_EQ(error(parser) + describe(parser), "");
     // Format 0 leaves a parser as new as it was, any other uses it up.
     expect_failure(parser, sepa_stmt_parser_load(parser.get(), 0, "x"), "Format not (yet) supported");
@@ -126,8 +126,6 @@ TEST(Statement, HandleRules) {
     EXPECT_EQ(describe(parser), "statement ref=\"A\"\n");
     expect_failure(refused, sepa_stmt_parser_load(refused.get(), 2, "x"), "Format not (yet) supported");
     expect_failure(refused, load(refused, "X\r\n:20:B\r\n-"), "Parser already used");
-    expect_failure(bare, velmora::load_mt940(bare.get(), velmora::allocate_text(8)),
-                   "MT940 parser not initialized");
 }
 
 // What the next calls of read() and fstat() do: give back at most so many bytes, or fail with the error
@@ -190,6 +188,58 @@ TEST(Statement, WhatCannotBeReadIsTold) {
     EXPECT_EQ(sepa_stmt_parser_load(parser.get(), SEPA_STMT_FORMAT_MT940, file.path()), 1);
     EXPECT_EQ(describe(parser), "statement ref=\"A\"\n");
     EXPECT_EQ(MemoryFile("").descriptor(), next_descriptor) << "a file was left open";
+}
+
+// ------------------------------------------------------------------------------------------------------
+// Debits, exact amounts and sums
+
+TEST(Statement, BookingsTellTheirSignAndProveTheStatement) {
+    struct {
+        const char *opening, *bookings, *closing, *described;
+        int result;
+        double difference;
+    } const cases[] = {
+        {"C230101EUR0,10", "C0,20 D0,10", "C230101EUR0,20", "0EUR20000 1EUR-10000", 1, 0},
+        {"C230101EUR0,10", "C0,20 RD0,10", "C230101EUR0,21", "0EUR20000 1EUR-10000", 0, 0.01},
+        {"C230101EUR12345678901,23", "DR1E2", "C230101EUR12345678801,23", "1EUR-10000000", 1, 0},
+        {"C230101EUR12345678901,2", "C0,00001", "C230101EUR12345678901,2", "0EUR1", 0, -0.00001},
+        {"D230101EUR1", "C00000000000000000001,5 C-0,5", "D230101EUR0", "0EUR150000 0EUR-50000", 1, 0},
+        {"C230101EUR0", "D99999999999999,5 C0,000001", "D230101EUR99999999999999,5",
+         "1EUR9223372036854775807 0EUR9223372036854775807", 1, 0},
+        {"C230101EUR1", "C1", "", "0EUR100000", -1, 0},
+        {"", "C1", "C230101EUR1", "0100000", -1, 0},
+    };
+    const Parser stranger = new_parser();
+    for (const auto& test : cases) {
+        std::string file = "X\r\n:20:A\r\n";
+        if (*test.opening != '\0') file += std::string(":60F:") + test.opening + "\r\n";
+        std::istringstream bookings(test.bookings);
+        for (std::string booking; bookings >> booking;)
+            file += ":61:2301010101" + booking + "NMSCX\r\n";
+        if (*test.closing != '\0') file += std::string(":62F:") + test.closing + "\r\n";
+        SCOPED_TRACE(file);
+        const Parser parser = new_parser();
+        ASSERT_EQ(sepa_stmt_parser_loadMemory(parser.get(), 1, (file += "-\r\n").data(), file.size()), 1);
+        const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser.get());
+        std::string described;
+        for (const sepa_stmt_tx_t* tx = statement->first_tx; tx != nullptr; tx = tx->next) {
+            const sepa_stmt_tx_info_t& info = *sepa_stmt_parser_getTxInfo(parser.get(), tx);
+            described += (described.empty() ? "" : " ") + std::to_string(info.debit) + info.currency +
+                         std::to_string(info.signedAmount);
+            EXPECT_EQ(sepa_stmt_parser_getTxInfo(stranger.get(), tx), nullptr);
+        }
+        EXPECT_EQ(described, test.described);
+        double difference = 7;
+        EXPECT_EQ(sepa_stmt_parser_check(parser.get(), statement, &difference), test.result);
+        EXPECT_EQ(difference, test.difference);
+        EXPECT_EQ(sepa_stmt_parser_check(parser.get(), statement, nullptr), test.result);
+        EXPECT_EQ(sepa_stmt_parser_check(stranger.get(), statement, nullptr), -1);
+        EXPECT_EQ(sepa_stmt_parser_getInfo(parser.get(), statement), nullptr);
+        EXPECT_EQ(sepa_stmt_parser_getInfo(stranger.get(), statement), nullptr);
+    }
+    EXPECT_EQ(sepa_stmt_parser_getTxInfo(stranger.get(), nullptr), nullptr);
+    EXPECT_EQ(sepa_stmt_parser_check(nullptr, nullptr, nullptr), -1);
+    expect_failure(stranger, sepa_stmt_parser_loadMemory(stranger.get(), 1, "", 0), "Input file is empty");
 }
 
 // ------------------------------------------------------------------------------------------------------

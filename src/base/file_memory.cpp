@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <sys/mman.h>
 
 namespace velmora {
@@ -21,13 +23,24 @@ void prefer_huge_pages(void* block, std::size_t size) {
 
 } // namespace
 
-FileText allocate_text(std::size_t size) {
-    FileText text(static_cast<char*>(std::malloc(size)), {size});
-    if (text != nullptr) prefer_huge_pages(text.get(), size);
+FileText FileText::allocate(std::size_t size) {
+    FileText text;
+    if (size == SIZE_MAX) return text;
+    text.data_ = static_cast<char*>(std::malloc(size + 1));
+    if (text.data_ == nullptr) return text;
+    text.size_ = size;
+    text.data_[size] = '\0';
+    prefer_huge_pages(text.data_, size + 1);
     return text;
 }
 
-RecordPool::~RecordPool() {
+FileText::~FileText() {
+    if (data_ == nullptr) return;
+    explicit_bzero(data_, size_);
+    std::free(data_);
+}
+
+void RecordPool::clear() {
     while (last_ != nullptr) {
         Block* previous = last_->previous;
         explicit_bzero(last_, last_->size - left_); // the rest was never written
@@ -35,6 +48,15 @@ RecordPool::~RecordPool() {
         std::free(last_);
         last_ = previous;
     }
+}
+
+bool RecordPool::owns(const void* address) const {
+    const auto at = reinterpret_cast<std::uintptr_t>(address);
+    for (const Block* block = last_; block != nullptr; block = block->previous) {
+        const auto begin = reinterpret_cast<std::uintptr_t>(block + 1);
+        if (at >= begin && at < begin + block->size - sizeof(Block)) return true;
+    }
+    return false;
 }
 
 bool RecordPool::grow() {

@@ -2,26 +2,35 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
+#include <utility>
 
 namespace velmora {
 
-struct WipeAndFree {
-    std::size_t size = 0;
-
-    void operator()(char* text) const {
-        explicit_bzero(text, size);
-        std::free(text);
+// The bytes of a file with a zero byte behind them. Every text of the file's records is a piece of it; they
+// are wiped before they are released.
+class FileText {
+public:
+    FileText() = default;
+    FileText(FileText&& other) noexcept
+        : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    FileText& operator=(FileText&& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(size_, other.size_);
+        return *this;
     }
+    ~FileText();
+
+    // Room for so many bytes; nothing without memory.
+    static FileText allocate(std::size_t size);
+
+    explicit operator bool() const { return data_ != nullptr; }
+    char* data() const { return data_; }
+    std::size_t size() const { return size_; } // without the zero byte
+
+private:
+    char* data_ = nullptr;
+    std::size_t size_ = 0;
 };
-
-// The zero-terminated text of a statement file. Every text of the records is a piece of it.
-using FileText = std::unique_ptr<char[], WipeAndFree>;
-
-// Null without memory.
-FileText allocate_text(std::size_t size);
 
 // Hands out the records of a file one behind the other; wipes and releases them all at once.
 class RecordPool {
@@ -34,7 +43,13 @@ public:
     RecordPool() = default;
     RecordPool(const RecordPool&) = delete;
     RecordPool& operator=(const RecordPool&) = delete;
-    ~RecordPool();
+    ~RecordPool() { clear(); }
+
+    // Wipes and releases all records.
+    void clear();
+
+    // True for the address of something inside a record of this pool.
+    bool owns(const void* address) const;
 
     // A zero-filled record, or null without memory.
     template <typename Record>

@@ -1,4 +1,4 @@
-#include "statement/file.h"
+#include "base/file.h"
 
 #include <cerrno>
 #include <cstring>
@@ -44,11 +44,17 @@ const char* read_fully(const File& file, char* text, std::size_t size) {
     return nullptr;
 }
 
+FileText allocate(std::size_t size, ErrorText& error) {
+    FileText text = FileText::allocate(size);
+    if (!text) error.fail("Failed to allocate %li bytes", static_cast<long>(size));
+    return text;
+}
+
 } // namespace
 
-FileText read_statement_file(sepa_stmt_parser_t* parser, const char* path) {
+FileText read_file(const char* path, ErrorText& error) {
     const auto failed = [&](const char* format, auto value) {
-        fail_with(parser, format, value);
+        error.fail(format, value);
         return FileText();
     };
     const File file(path);
@@ -59,12 +65,20 @@ FileText read_statement_file(sepa_stmt_parser_t* parser, const char* path) {
     // Devices and pipes are empty in this sense, too.
     if (status.st_size <= 0) return failed("%s", "Input file is empty");
 
-    const auto size = static_cast<std::size_t>(status.st_size);
-    FileText text = allocate_text(size + 1);
-    if (text == nullptr) return failed("Failed to allocate %li bytes", static_cast<long>(status.st_size));
-    if (const char* reason = read_fully(file, text.get(), size))
+    FileText text = allocate(static_cast<std::size_t>(status.st_size), error);
+    if (!text) return text;
+    if (const char* reason = read_fully(file, text.data(), text.size()))
         return failed("Error while reading from file: %s", reason);
-    text[size] = '\0';
+    return text;
+}
+
+FileText copy_bytes(const char* data, std::size_t size, ErrorText& error) {
+    if (data == nullptr || size == 0) {
+        error.fail("Input file is empty");
+        return {};
+    }
+    FileText text = allocate(size, error);
+    if (text) std::memcpy(text.data(), data, size);
     return text;
 }
 

@@ -1,0 +1,14 @@
+#include "statement/load.h"
+
+namespace velmora {
+
+LoadFunction* find_load_function(std::uint32_t format) {
+    switch (format) {
+    case SEPA_STMT_FORMAT_MT940:
+        return load_mt940;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace velmora

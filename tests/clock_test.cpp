@@ -5,6 +5,7 @@
 #include <string>
 
 #include "command.h"
+#include "message/rulebook.h"
 
 namespace {
 
@@ -31,33 +32,14 @@ std::string element(const std::string& xml, const std::string& name, int n = 0) 
 }
 
 TEST(Clock, LocalDateSelectsTheRulebook) {
-    constexpr char de35[] = "pain.008.001.02.xsd";
-    constexpr char de37[] = "pain.008.001.08.xsd";
-    const struct {
-        const char* zone;
-        const char* time;
-        const char* schema;
-    } cases[] = {
-        {berlin, "2023-12-31 23:59:59", de35},
-        {berlin, "2023-05-18 12:00:00", de35},
-        {berlin, "2024-01-31 12:00:00", de35},
-        {berlin, "2024-03-31 12:00:00", de35},
-        {berlin, "2024-04-01 00:00:00", de35},
-        {berlin, "2024-04-16 23:59:59", de35},
-        {berlin, "2024-04-17 00:00:00", de37},
-        {berlin, "2024-04-30 12:00:00", de37},
-        {berlin, "2024-05-01 00:00:00", de37},
-        {berlin, "2024-12-01 12:00:00", de37},
-        {berlin, "2025-01-01 00:00:00", de37},
-        {berlin, "2031-03-03 12:00:00", de37},
-        // already the next day in UTC, and not yet
-        {new_york, "2024-04-16 22:00:00", de35},
-        {berlin, "2024-04-17 00:30:00", de37},
-    };
-    for (const auto& c : cases) {
-        const std::string document = at(c.zone, c.time, "document");
-        EXPECT_NE(document.find(c.schema), document.npos) << c.zone << " " << c.time;
-    }
+    using velmora::rulebook_on;
+    for (const velmora::Day day : {velmora::Day{2023, 12, 31}, {2023, 5, 18}, {2024, 1, 31}, {2024, 4, 16}})
+        EXPECT_STREQ(rulebook_on(day).name, "DE-3.5") << day.year << '-' << day.month << '-' << day.day;
+    for (const velmora::Day day : {velmora::Day{2024, 4, 17}, {2024, 5, 1}, {2024, 12, 1}, {2025, 1, 1}})
+        EXPECT_STREQ(rulebook_on(day).name, "DE-3.7") << day.year << '-' << day.month << '-' << day.day;
+    // In UTC it is already the next day, and not yet.
+    EXPECT_NE(at(new_york, "2024-04-16 22:00:00", "document").find("pain.008.001.02.xsd"), std::string::npos);
+    EXPECT_NE(at(berlin, "2024-04-17 00:30:00", "document").find("pain.008.001.08.xsd"), std::string::npos);
 }
 
 TEST(Clock, FillsInDateTimeAndMessageId) {

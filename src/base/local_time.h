@@ -1,6 +1,7 @@
 // Local calendar time.
 #pragma once
 
+#include <compare>
 #include <ctime>
 
 namespace velmora {
@@ -11,6 +12,20 @@ inline std::tm local_time(std::time_t time) {
     tzset();
     localtime_r(&time, &local);
     return local;
+}
+
+// A day of the calendar.
+struct Day {
+    int year;
+    int month; // 1 to 12
+    int day;   // 1 to 31
+
+    friend auto operator<=>(const Day&, const Day&) = default;
+};
+
+inline Day local_day(std::time_t time) {
+    const std::tm local = local_time(time);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
 }
 
 } // namespace velmora

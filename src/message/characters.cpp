@@ -38,7 +38,7 @@ std::size_t euro_sign(std::string_view text) {
 
 } // namespace
 
-const char* find_forbidden_character(std::string_view text, CharacterSet set, Rulebook rulebook) {
+const char* find_forbidden_character(std::string_view text, CharacterSet set, const Rulebook& rulebook) {
     if (set == CharacterSet::any) return nullptr;
     if (set == CharacterSet::name && permits_basic_characters_only(rulebook)) set = CharacterSet::text;
     const bool is_name = set == CharacterSet::name;

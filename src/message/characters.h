@@ -15,6 +15,6 @@ enum class CharacterSet {
 };
 
 // The first byte of the first character that the set does not hold under the rulebook, or null.
-const char* find_forbidden_character(std::string_view text, CharacterSet set, Rulebook rulebook);
+const char* find_forbidden_character(std::string_view text, CharacterSet set, const Rulebook& rulebook);
 
 } // namespace velmora

@@ -63,7 +63,7 @@ int sepa_setName(sepa_t* message, const char* name) {
     if (name == nullptr || *name == '\0') return fail(message, "sepa_setAccount: Name too short");
     const std::string_view text(name, strnlen(name, longest + 1));
     if (text.size() > longest) return fail(message, "sepa_setAccount: Name too long");
-    if (const char* c = find_forbidden_character(text, CharacterSet::name, selected_rulebook))
+    if (const char* c = find_forbidden_character(text, CharacterSet::name, *selected_rulebook()))
         return fail_with(message, "sepa_setName: invalid character '%c' in name", *c);
     return store(message, message->name, text, "sepa_setName: strdup() failed");
 }
@@ -88,7 +88,7 @@ int sepa_setDDType(sepa_t* message, uint32_t type) {
     if (message == nullptr) return 0;
     if (message->type == SEPA_MSGTYPE_CTI) return fail(message, "Not a direct debit message");
     if (type > SEPA_DDTYPE_B2B) return fail(message, "Unknown/unsupported LocalInstrumentCode (setDDType)");
-    if (type == SEPA_DDTYPE_COR1 && !permits_choosing_cor1(selected_rulebook))
+    if (type == SEPA_DDTYPE_COR1 && !permits_choosing_cor1(*selected_rulebook()))
         return fail(message, "COR1 is not allowed with selected SEPA rulebook");
     message->direct_debit_type = type;
     return 1;

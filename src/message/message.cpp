@@ -30,15 +30,14 @@ using namespace velmora;
 
 int sepa_init(int option, const char* value) {
     if (option != SEPA_INIT_RULEBOOK || value == nullptr) return 0;
-    const Rulebook rulebook = rulebook_by_name(value);
-    if (rulebook == Rulebook::none) return 0;
-    selected_rulebook = rulebook;
+    const Rulebook* rulebook = find_rulebook(value);
+    if (rulebook == nullptr) return 0;
+    select_rulebook(*rulebook);
     return 1;
 }
 
 sepa_t* sepa_new(uint32_t type) {
-    // Before the type is looked at: a refused call settles the rulebook, too.
-    if (selected_rulebook == Rulebook::none) selected_rulebook = rulebook_of_today();
+    settle_rulebook(); // before the type is looked at: a refused call settles it, too
     if (type != SEPA_MSGTYPE_DDI && type != SEPA_MSGTYPE_CTI) return nullptr;
     void* memory = std::malloc(sizeof(sepa_t));
     if (memory == nullptr) return nullptr;

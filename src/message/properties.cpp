@@ -114,9 +114,9 @@ bool set_text(sepa_t* message, Transaction& transaction, const Property& propert
     if (text.size() < property.shortest || text.size() > property.longest)
         return refuse(message, property.length_text);
     CharacterSet set = property.characters;
-    if (property.kind == Kind::mandate_reference && permits_spaces_in_mandate_reference(selected_rulebook))
+    if (property.kind == Kind::mandate_reference && permits_spaces_in_mandate_reference(*selected_rulebook()))
         set = CharacterSet::text;
-    if (const char* c = find_forbidden_character(text, set, selected_rulebook)) {
+    if (const char* c = find_forbidden_character(text, set, *selected_rulebook())) {
         fail_with(message, "Invalid character '%c' in %s", *c, property.value_name);
         return false;
     }
@@ -196,7 +196,7 @@ bool set_structured_address(sepa_t* message, Transaction& transaction, const cha
 
 bool set_property(sepa_t* message, Transaction& transaction, const char* key, const char* value) {
     bool accepted = false;
-    if (uses_structured_address(selected_rulebook) &&
+    if (uses_structured_address(*selected_rulebook()) &&
         set_structured_address(message, transaction, key, value, accepted))
         return accepted;
 
@@ -209,7 +209,7 @@ bool set_property(sepa_t* message, Transaction& transaction, const char* key, co
     }
     switch (property->kind) {
     case Kind::address_line:
-        if (uses_structured_address(selected_rulebook))
+        if (uses_structured_address(*selected_rulebook()))
             return refuse(message, "selected SEPA rulebook requires structured address data");
         return set_text(message, transaction, *property, value);
     case Kind::text:

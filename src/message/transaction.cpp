@@ -42,14 +42,14 @@ bool is_outside_eea(const OwnedText& bic) {
 // What a payment lacks as a whole, or null.
 const char* missing_in(const Transaction& t, std::uint32_t message_type) {
     if (!t[Field::iban]) return "IBAN missing";
-    if (!t[Field::bic] && requires_bic(selected_rulebook)) return "BIC missing";
+    if (!t[Field::bic] && requires_bic(*selected_rulebook())) return "BIC missing";
     if (message_type == SEPA_MSGTYPE_DDI) {
         if (is_outside_eea(t[Field::bic])) {
-            if (requires_address_line_outside_eea(selected_rulebook) && !t[Field::address_line_1] &&
+            if (requires_address_line_outside_eea(*selected_rulebook()) && !t[Field::address_line_1] &&
                 !t[Field::address_line_2])
                 return "Address required for BICs outside EEA";
             // Deliberate: the text asks for both, either is enough (callers rely on it).
-            if (requires_structured_address_outside_eea(selected_rulebook) && !t[Field::town] &&
+            if (requires_structured_address_outside_eea(*selected_rulebook()) && !t[Field::town] &&
                 !t[Field::country])
                 return "Structured address required for BICs outside EEA (at least town and country)";
         }

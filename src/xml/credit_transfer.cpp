@@ -27,7 +27,7 @@ void write_debtor(DocumentWriter& out, const sepa_t& message) {
 void write_address(DocumentWriter& out, const Transaction& t) {
     if (!has_postal_address(t)) return;
     out.fixed("\t\t\t\t\t<PstlAdr>\n");
-    if (uses_structured_address(selected_rulebook)) {
+    if (uses_structured_address(*selected_rulebook())) {
         write_structured_address(out, t);
     } else {
         write_address_lines(out, t);
@@ -79,7 +79,7 @@ void write_block(DocumentWriter& out, const sepa_t& message, const PaymentBlock&
               "\t\t\t\t\t<Cd>SEPA</Cd>\n"
               "\t\t\t\t</SvcLvl>\n"
               "\t\t\t</PmtTpInf>\n");
-    if (uses_schema_of_2019(selected_rulebook))
+    if (uses_schema_of_2019(*selected_rulebook()))
         out.line("\t\t\t<ReqdExctnDt><Dt>", block.date, "</Dt></ReqdExctnDt>\n");
     else
         out.line("\t\t\t<ReqdExctnDt>", block.date, "</ReqdExctnDt>\n");
@@ -96,8 +96,7 @@ void write_block(DocumentWriter& out, const sepa_t& message, const PaymentBlock&
 const char* write_credit_transfers(DocumentWriter& out, sepa_t* message) {
     const std::time_t now = std::time(nullptr);
     if (!ensure_message_id(message, now)) return "cti_toXML: strdup() failed";
-    const RulebookRow* rulebook = find_rulebook(selected_rulebook);
-    if (rulebook == nullptr) return "unknown/unsupported SEPA rulebook selected";
+    const Rulebook* rulebook = selected_rulebook();
 
     write_document_open(out, rulebook->credit_transfer_schema, *rulebook);
     out.fixed("\t<CstmrCdtTrfInitn>\n");

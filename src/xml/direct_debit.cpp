@@ -10,7 +10,7 @@ const char* local_instrument(const sepa_t& message) {
     case SEPA_DDTYPE_CORE:
         return "CORE";
     case SEPA_DDTYPE_COR1:
-        return permits_writing_cor1(selected_rulebook) ? "COR1" : nullptr;
+        return permits_writing_cor1(*selected_rulebook()) ? "COR1" : nullptr;
     case SEPA_DDTYPE_B2B:
         return "B2B";
     default:
@@ -64,7 +64,7 @@ void write_amendment(DocumentWriter& out, const Transaction& t) {
     if (t[Field::original_mandate_reference])
         out.line("\t\t\t\t\t\t\t<OrgnlMndtId>", t[Field::original_mandate_reference].view(),
                  "</OrgnlMndtId>\n");
-    if (t.same_mandate_new_agent != 0 && marks_changed_bank_under_account(selected_rulebook)) {
+    if (t.same_mandate_new_agent != 0 && marks_changed_bank_under_account(*selected_rulebook())) {
         out.fixed("\t\t\t\t\t\t\t<OrgnlDbtrAcct>\n"
                   "\t\t\t\t\t\t\t\t<Id>\n"
                   "\t\t\t\t\t\t\t\t\t<Othr>\n"
@@ -93,7 +93,7 @@ void write_amendment(DocumentWriter& out, const Transaction& t) {
 void write_address(DocumentWriter& out, const Transaction& t) {
     if (!has_postal_address(t)) return;
     out.fixed("\t\t\t\t\t<PstlAdr>\n");
-    if (uses_structured_address(selected_rulebook)) {
+    if (uses_structured_address(*selected_rulebook())) {
         write_structured_address(out, t);
     } else {
         write_country(out, t);
@@ -169,8 +169,7 @@ const char* write_direct_debits(DocumentWriter& out, sepa_t* message) {
     const char* instrument = local_instrument(*message);
     if (instrument == nullptr) return "Unknown/unsupported LocalInstrumentCode (setDDType)";
     if (!ensure_message_id(message, now)) return "ddi_toXML: strdup() failed";
-    const RulebookRow* rulebook = find_rulebook(selected_rulebook);
-    if (rulebook == nullptr) return "unknown/unsupported SEPA rulebook selected";
+    const Rulebook* rulebook = selected_rulebook();
 
     write_document_open(out, rulebook->direct_debit_schema, *rulebook);
     out.fixed("\t<CstmrDrctDbtInitn>\n");

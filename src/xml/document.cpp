@@ -75,11 +75,11 @@ bool ensure_message_id(sepa_t* message, std::time_t now) {
     return length > 0 && message->message_id.assign(id);
 }
 
-void write_document_open(DocumentWriter& out, std::string_view schema, const RulebookRow& rulebook) {
+void write_document_open(DocumentWriter& out, std::string_view schema, const Rulebook& rulebook) {
     constexpr std::string_view iso_20022 = "urn:iso:std:iso:20022:tech:xsd:";
     out.line("<Document xmlns=\"", iso_20022, schema,
              "\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"");
-    if ((rulebook.traits & names_schema_location) != 0)
+    if (names_schema_location(rulebook))
         out.line(" xsi:schemaLocation=\"", iso_20022, schema, " ", schema, ".xsd\"");
     out.fixed(">\n");
 }
@@ -110,7 +110,7 @@ void write_block_header(DocumentWriter& out, const sepa_t& message, const Paymen
 }
 
 void write_bic(DocumentWriter& out, std::string_view tabs, const OwnedText& bic) {
-    if (uses_schema_of_2019(selected_rulebook))
+    if (uses_schema_of_2019(*selected_rulebook()))
         out.line(tabs, "<BICFI>", bic.view(), "</BICFI>\n");
     else
         out.line(tabs, "<BIC>", bic.view(), "</BIC>\n");

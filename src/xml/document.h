@@ -54,7 +54,7 @@ struct DocumentWriter {
 bool ensure_message_id(sepa_t* message, std::time_t now);
 
 // The document element with its namespace, for instance of "pain.008.001.08".
-void write_document_open(DocumentWriter& out, std::string_view schema, const RulebookRow& rulebook);
+void write_document_open(DocumentWriter& out, std::string_view schema, const Rulebook& rulebook);
 
 // Group header up to the initiating party: identification, time and totals.
 void write_group_header(DocumentWriter& out, const sepa_t& message, std::time_t now);

@@ -107,10 +107,7 @@ void sepa_free(sepa_t* message);
  */
 const char* sepa_getError(sepa_t* message);
 
-/**
- * Releases the process-wide compiled patterns. Messages and the selected rulebook stay; a later check
- * compiles the patterns again.
- */
+/** Does nothing any more: no check keeps anything that could be released. Calls of it may stay. */
 void sepa_cleanup(void);
 
 /**
@@ -578,8 +575,9 @@ double __sepa_strtod(const char* text, char** end);
 char* __sepa_d2str(char* buf, size_t size, double amount);
 
 /**
- * The platform's pattern functions, as the IBAN and BIC checks call them. Null until libc_regex_init(); a
- * caller may put functions of its own in their place.
+ * The C library's pattern functions. Null until libc_regex_init(), which every check of an IBAN or a BIC
+ * calls, sepa_setBIC() and the check of a structured address field, too. The checks themselves do without
+ * them; a caller may put functions of its own in their place.
  */
 extern int (*libc_regcomp)(regex_t* pattern, const char* text, int flags);
 /** @see libc_regcomp */
@@ -588,7 +586,7 @@ extern int (*libc_regexec)(const regex_t* pattern, const char* text, size_t coun
 /** @see libc_regcomp */
 extern void (*libc_regfree)(regex_t* pattern);
 
-/** Fills the three pointers above from the loaded C library, unless libc_regcomp is set already. */
+/** Fills the three pointers above, unless libc_regcomp is set already. Safe in any number of threads. */
 void libc_regex_init(void);
 
 #pragma GCC visibility pop

@@ -5,15 +5,13 @@
 #include <string_view>
 
 #include "bank/bank_record.h"
+#include "bank/bic.h"
 #include "bank/directory.h"
 #include "velmora.h"
 
 using namespace velmora;
 
 namespace {
-
-constexpr std::size_t head_office_length = 8;
-constexpr std::size_t bic_length = 11;
 
 bool is_capital_or_digit(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -24,7 +22,7 @@ bool is_capital_or_digit(char c) {
 int sepa_bic_getBank(const char* bic, sepa_bank_t** bank) {
     if (bic == nullptr) return -2;
     const std::size_t length = ::strnlen(bic, bic_length + 1);
-    if (length != head_office_length && length != bic_length) return -2;
+    if (length != head_office_bic_length && length != bic_length) return -2;
     char key[bic_length + 1] = "________XXX"; // the head office, unless a branch is given
     for (std::size_t i = 0; i < length; ++i) {
         key[i] = bic[i];

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "bank/bic.h"
 #include "bank/directory.h"
 #include "velmora.h"
 
@@ -10,7 +11,6 @@ using namespace velmora;
 
 namespace {
 
-constexpr std::size_t bic_length = 11;
 constexpr std::size_t bank_code_offset = 4;
 
 struct CountryIban {

@@ -3,49 +3,58 @@
 #include <cstring>
 
 #include "bank/directory.h"
-#include "bank/iban_countries.h"
-#include "bank/pattern.h"
+#include "bank/regex.h"
 #include "base/mod97.h"
+#include "base/words.h"
 #include "velmora.h"
 
 namespace velmora {
 namespace {
 
-regex_t patterns[iban_country_count];
-bool patterns_compiled = false;
-std::size_t leftover_patterns = 0; // compiled by an attempt that failed later; released by the next attempt
+constexpr std::size_t country_and_check_digits = 4;
 
-void release_patterns(std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i)
-        release_pattern(&patterns[i]);
+// Where a text has digits and where capital letters, bit 0 for its first character.
+struct Places {
+    std::uint64_t digits = 0;
+    std::uint64_t letters = 0;
+};
+
+// Of a text of 8 to 64 characters.
+Places places_of(const char* text, std::size_t length) {
+    Places places;
+    for (std::size_t at = 0; at < length; at += 8) {
+        if (at > length - 8) at = length - 8; // the last word overlaps the one before it
+        const std::uint64_t word = load_word(text + at);
+        places.digits |= places_between(word, '0', '9') << at;
+        places.letters |= places_between(word, 'A', 'Z') << at;
+    }
+    return places;
 }
 
-bool compile_patterns() {
-    if (!pattern_functions_ready()) return false;
-    release_patterns(leftover_patterns);
-    for (leftover_patterns = 0; leftover_patterns < iban_country_count; ++leftover_patterns)
-        if (!compile_pattern(&patterns[leftover_patterns], iban_countries[leftover_patterns].pattern))
-            return false;
-    leftover_patterns = 0;
-    return patterns_compiled = true;
+// iban_mod97() of an IBAN of the right format.
+unsigned remainder_of(const char* iban, std::size_t length, std::uint64_t digits) {
+    static constexpr std::uint64_t powers_of_ten[] = {1,       10,        100,        1'000,      10'000,
+                                                      100'000, 1'000'000, 10'000'000, 100'000'000};
+    std::uint64_t remainder = 0;
+    for (std::size_t at = country_and_check_digits; at < length;) {
+        const std::size_t count = length - at < 8 ? length - at : 8;
+        if ((~digits >> at & 0xFF >> (8 - count)) == 0) {
+            // The word that ends with these digits, and zeros in place of what stands before them.
+            std::uint64_t word = load_word(iban + at + count - 8) ^ repeated('0');
+            if (count < 8) word = word >> (64 - 8 * count) << (64 - 8 * count);
+            word ^= repeated('0');
+            remainder = (remainder * powers_of_ten[count] + value_of_digits(word)) % 97;
+        } else {
+            const std::string_view text{iban + at, count};
+            remainder = static_cast<unsigned>(mod97(static_cast<int>(remainder), text, Letters::upper_case));
+        }
+        at += count;
+    }
+    const std::string_view head{iban, country_and_check_digits};
+    return static_cast<unsigned>(mod97(static_cast<int>(remainder), head, Letters::upper_case));
 }
 
-char upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-// Index of the country whose code the IBAN begins with in any case, or iban_country_count.
-std::size_t find_country(const char* iban) {
-    const char first = upper(iban[0]);
-    const char second = first == '\0' ? '\0' : upper(iban[1]);
-    std::size_t i = 0;
-    while (i < iban_country_count &&
-           (iban_countries[i].code[0] != first || iban_countries[i].code[1] != second))
-        ++i;
-    return i;
-}
-
-int fail(const char** error, const char* text) {
+int refuse(const char** error, const char* text) {
     if (error != nullptr) *error = text;
     return 0;
 }
@@ -58,41 +67,32 @@ int validate_german_account(const char* iban, const char** error) {
     std::memcpy(account, iban + 12, 10);
     GermanBank bank;
     if (!directory_find_german_bank({bank_code, 8}, &bank))
-        return fail(error, "Invalid bank ID (BLZ) in IBAN");
+        return refuse(error, "Invalid bank ID (BLZ) in IBAN");
     if (sepa_account_check2(account, bank_code, bank.method) == -1)
-        return fail(error, "Invalid account number in IBAN");
+        return refuse(error, "Invalid account number in IBAN");
     return 1;
 }
 
 } // namespace
 
 int iban_mod97(const char* iban, std::size_t length) {
-    return mod97_rotated({iban, length}, length < 4 ? length : 4, Letters::any_case);
+    const std::size_t body = length < country_and_check_digits ? length : country_and_check_digits;
+    return mod97_rotated({iban, length}, body, Letters::any_case);
 }
 
-int iban_validate(const char* iban, const char** error) {
-    if (iban == nullptr) return fail(error, "Invalid IBAN (NULL)");
-    if (!patterns_compiled && !compile_patterns())
-        return fail(error, "Error while initializing regular expressions");
+int iban_validate(const char* iban, const char** error, Countries countries) {
+    if (iban == nullptr) return refuse(error, "Invalid IBAN (NULL)");
+    bind_libc_regex();
+    const IbanCountry* country = find_iban_country(iban, countries);
+    if (country == nullptr) return refuse(error, "Invalid or unknown IBAN country code");
+    const std::size_t length = country->length;
+    if (strnlen(iban, length + 1) != length) return refuse(error, "Wrong IBAN length");
 
-    const std::size_t country = find_country(iban);
-    if (country == iban_country_count) return fail(error, "Invalid or unknown IBAN country code");
-    const std::size_t length = iban_countries[country].length;
-    if (strnlen(iban, length + 1) != length) return fail(error, "Wrong IBAN length");
-    if (!pattern_matches(&patterns[country], iban)) return fail(error, "Invalid IBAN format");
-
-    const int remainder = iban_mod97(iban, length);
-    if (remainder == -1) return fail(error, "Invalid character in IBAN");
-    if (remainder != 1) return fail(error, "Invalid IBAN checksum");
-
-    const bool is_german = upper(iban[0]) == 'D' && upper(iban[1]) == 'E';
-    return is_german ? validate_german_account(iban, error) : 1;
-}
-
-void iban_release_patterns() {
-    if (!patterns_compiled) return;
-    release_patterns(iban_country_count);
-    patterns_compiled = false;
+    const Places places = places_of(iban, length);
+    const std::uint64_t fitting = (places.digits & country->digits) | (places.letters & country->letters);
+    if (fitting != (country->digits | country->letters)) return refuse(error, "Invalid IBAN format");
+    if (remainder_of(iban, length, places.digits) != 1) return refuse(error, "Invalid IBAN checksum");
+    return iban[0] == 'D' && iban[1] == 'E' ? validate_german_account(iban, error) : 1;
 }
 
 } // namespace velmora

@@ -3,16 +3,15 @@
 
 #include <cstddef>
 
+#include "bank/iban_countries.h"
+
 namespace velmora {
 
 // 1 when the IBAN passes every test, otherwise 0 with a constant text in *error (which may be null).
-int iban_validate(const char* iban, const char** error);
+int iban_validate(const char* iban, const char** error, Countries countries = Countries::established);
 
 // ISO 7064 MOD 97-10 over an IBAN whose first four characters count last; -1 for a character that is neither
 // a letter nor a digit. A valid IBAN leaves 1.
 int iban_mod97(const char* iban, std::size_t length);
-
-// Releases the compiled national formats.
-void iban_release_patterns();
 
 } // namespace velmora

@@ -49,7 +49,7 @@ int sepa_setIBAN(sepa_t* message, const char* iban) {
 
 int sepa_setBIC(sepa_t* message, const char* bic) {
     if (message == nullptr) return 0;
-    char buffer[longest_bic + 1];
+    char buffer[bic_length + 1];
     const char* upper = upper_case_bic(bic, buffer);
     if (upper == nullptr) return fail(message, "sepa_setBIC: invalid BIC");
     if (!is_bic(upper)) return fail(message, "sepa_setBIC: invalid BIC format");

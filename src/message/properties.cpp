@@ -8,7 +8,9 @@
 
 #include "bank/bic.h"
 #include "bank/iban_check.h"
+#include "bank/regex.h"
 #include "base/amount.h"
+#include "base/ascii.h"
 #include "message/characters.h"
 #include "message/rulebook.h"
 
@@ -80,13 +82,16 @@ constexpr Property properties[] = {
      "Invalid purpose (must be 4 characters)", ""},
 };
 
+struct AddressProperty {
+    char key[12];
+    std::uint8_t longest; // in bytes; one is the least
+};
+
 // In the order of the fields from first_structured_field on.
-constexpr PropertyRow structured_address_properties[structured_field_count] = {
-    {"addrDept", text_of_70_bytes},    {"addrSubDept", text_of_70_bytes}, {"addrStreet", text_of_70_bytes},
-    {"addrNum", text_of_16_bytes},     {"addrBldg", text_of_35_bytes},    {"addrFloor", text_of_70_bytes},
-    {"addrPoBox", text_of_16_bytes},   {"addrRoom", text_of_70_bytes},    {"addrCode", text_of_16_bytes},
-    {"addrTown", text_of_35_bytes},    {"addrLoc", text_of_35_bytes},     {"addrDstrct", text_of_35_bytes},
-    {"addrCtrySub", text_of_35_bytes},
+constexpr AddressProperty structured_address_properties[structured_field_count] = {
+    {"addrDept", 70},  {"addrSubDept", 70}, {"addrStreet", 70},  {"addrNum", 16},  {"addrBldg", 35},
+    {"addrFloor", 70}, {"addrPoBox", 16},   {"addrRoom", 70},    {"addrCode", 16}, {"addrTown", 35},
+    {"addrLoc", 35},   {"addrDstrct", 35},  {"addrCtrySub", 35},
 };
 
 const Property* find_property(const char* key, std::uint32_t message_type) {
@@ -137,7 +142,7 @@ bool set_iban(sepa_t* message, Transaction& transaction, const Property& propert
 }
 
 bool set_bic(sepa_t* message, Transaction& transaction, const Property& property, const char* value) {
-    char buffer[longest_bic + 1];
+    char buffer[bic_length + 1];
     const char* upper = upper_case_bic(value, buffer);
     if (upper == nullptr) return refuse(message, "Invalid BIC");
     if (!is_bic(upper)) return refuse(message, "Invalid BIC format");
@@ -183,13 +188,23 @@ bool set_smnda(sepa_t* message, Transaction& transaction, const char* value) {
 // True when the key is one of the structured address; `accepted` then tells how its value was taken.
 bool set_structured_address(sepa_t* message, Transaction& transaction, const char* key, const char* value,
                             bool& accepted) {
-    OwnedText* slots = &transaction[first_structured_field];
-    if (!property_set(key, value, structured_address_properties, slots, &message->last_error,
-                      message->error_buffer))
-        return false;
-    // Deliberate: any error text counts, also one that an earlier call left behind (callers rely on it).
-    accepted = message->last_error == nullptr;
-    return true;
+    OwnedText* slot = &transaction[first_structured_field];
+    for (const AddressProperty& property : structured_address_properties) {
+        if (!equals_ignoring_case(key, property.key)) {
+            ++slot;
+            continue;
+        }
+        bind_libc_regex();
+        const std::size_t length = value == nullptr ? 0 : strnlen(value, property.longest + std::size_t{1});
+        if (length == 0 || length > property.longest)
+            fail_with(message, "Invalid format for '%s'", key);
+        else if (!slot->assign({value, length}))
+            fail(message, "Out of memory");
+        // Deliberate: any error text counts, also one that an earlier call left behind.
+        accepted = message->last_error == nullptr;
+        return true;
+    }
+    return false;
 }
 
 } // namespace

@@ -549,6 +549,45 @@ const char* sepa_stmt_parser_getError(sepa_stmt_parser_t* parser);
 void sepa_stmt_parser_free(sepa_stmt_parser_t* parser);
 
 /* ------------------------------------------------------------------------------------------------------
+ * Texts
+ * --------------------------------------------------------------------------------------------------- */
+
+/** What sepa_text_convert() leaves as it is. */
+enum {
+    SEPA_TEXT_KEEP = 0, /**< what the selected rulebook permits in names: umlauts stay in Germany */
+    SEPA_TEXT_BASIC =
+        1 /**< the characters that every bank takes: letters, digits, space and ' ( ) + , - . / : ? */
+};
+
+/** What sepa_text_convert() did. A letter with the combining mark behind it is one character. */
+typedef struct sepa_text_report {
+    uint32_t changed;  /**< characters written in another way, or left out because they cannot be seen */
+    uint32_t replaced; /**< characters without an equivalent, now "." */
+    uint32_t cut;      /**< characters lost behind the limit */
+    int32_t first;     /**< where the first of them stands, in bytes; -1 when the text stayed as it was */
+} sepa_text_report_t;
+
+/**
+ * Writes a name or remittance text with the characters that banks take: "Łódź" as "Lodz", "10 €" as
+ * "10 EUR", "Παπαδόπουλος" as "Papadopoulos". Accents go, umlauts become "ae", "oe", "ue" and "ss" where they
+ * may not stay, Greek follows ELOT 743, Cyrillic the Bulgarian table, and what has no equivalent is ".". A
+ * converted text stays as it is when it is converted again.
+ *
+ * @param text   UTF-8; letters may be composed or decomposed.
+ * @param mode   SEPA_TEXT_KEEP or SEPA_TEXT_BASIC.
+ * @param limit  the longest result, 0 for no limit, counted as the selected rulebook counts its limits:
+ * bytes, under "DE-26.11" characters. The result ends before the first replacement that does not fit.
+ * @param out    receives the result, cut to its size between two characters and terminated; null with size 0
+ *               when only the length matters. Must not overlap the text.
+ * @param size   bytes in out.
+ * @param report receives what was done, or null.
+ * @return bytes of the whole result without its terminating zero byte, also when out was too small; -1 for
+ *         null, an unknown mode and a text that is not UTF-8: out is then empty.
+ */
+int sepa_text_convert(const char* text, uint32_t mode, size_t limit, char* out, size_t size,
+                      sepa_text_report_t* report);
+
+/* ------------------------------------------------------------------------------------------------------
  * Numbers and patterns
  * --------------------------------------------------------------------------------------------------- */
 

@@ -59,8 +59,16 @@ bool RecordPool::owns(const void* address) const {
     return false;
 }
 
-bool RecordPool::grow() {
-    const std::size_t size = std::clamp(last_ == nullptr ? 0 : last_->size * 2, first_block, largest_block);
+char* RecordPool::copy_text(std::string_view text) {
+    constexpr std::size_t step = alignof(Block);
+    auto* copy = static_cast<char*>(take((text.size() + step) / step * step));
+    if (copy != nullptr) text.copy(copy, text.size());
+    return copy;
+}
+
+bool RecordPool::grow(std::size_t least) {
+    const std::size_t usual = std::clamp(last_ == nullptr ? 0 : last_->size * 2, first_block, largest_block);
+    const std::size_t size = std::max(usual, sizeof(Block) + least);
     auto* block = static_cast<Block*>(std::calloc(1, size));
     if (block == nullptr) return false;
     prefer_huge_pages(block, size);
@@ -73,7 +81,7 @@ bool RecordPool::grow() {
 }
 
 void* RecordPool::take(std::size_t size) {
-    if (left_ < size && !grow()) return nullptr;
+    if (left_ < size && !grow(size)) return nullptr;
     void* record = free_;
     free_ += size;
     left_ -= size;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 namespace velmora {
@@ -32,7 +33,8 @@ private:
     std::size_t size_ = 0;
 };
 
-// Hands out the records of a file one behind the other; wipes and releases them all at once.
+// Hands out the records of a file, and texts that it does not hold in one piece, one behind the other; wipes
+// and releases them all at once.
 class RecordPool {
     struct Block {
         Block* previous;
@@ -58,9 +60,12 @@ public:
         return static_cast<Record*>(take(sizeof(Record)));
     }
 
+    // A copy with a zero byte behind it, or null without memory.
+    char* copy_text(std::string_view text);
+
 private:
     void* take(std::size_t size);
-    bool grow();
+    bool grow(std::size_t least);
 
     Block* last_ = nullptr;
     char* free_ = nullptr;

@@ -109,17 +109,25 @@ TEST(AccountCheck, BadInputIsInvalid) {
 
 // A character that is no digit counts as its distance from "0"; only methods with tables by digit refuse it.
 TEST(AccountCheck, OtherCharactersAreCountedLikeDigits) {
-    EXPECT_EQ(check(0x00, "A3"), 1);  // 17 twice is 34, its digit sum 7
-    EXPECT_EQ(check(0x03, "A6"), 1);  // 34 as it is
-    EXPECT_EQ(check(0x06, "A0"), 1);  // 34 leaves 1
-    EXPECT_EQ(check(0x06, "B8"), 1);  // 36 leaves 3
-    EXPECT_EQ(check(0x10, " :"), -1); // -32 leaves -10: 21, written 1
-    EXPECT_EQ(check(0x10, " 1"), 1);
-    EXPECT_EQ(check(0x02, "6:"), -1);        // a check digit of ten is none
-    EXPECT_EQ(check(0x31, "50000000:"), -1); // remainder 10 stays impossible
-    EXPECT_EQ(check(0xE1, "000000004:"), -1);
-    EXPECT_EQ(check(0x29, "1A00000000"), -1);
-    EXPECT_EQ(check(0xC6, "A000000000"), -1);
+    const struct {
+        int method;
+        const char* account;
+        int result;
+    } cases[] = {
+        {0x00, "A3", 1},                                    // 17 twice is 34, its digit sum 7
+        {0x03, "A6", 1},                                    // 34 as it is
+        {0x06, "A0", 1},                                    // 34 leaves 1
+        {0x06, "B8", 1},                                    // 36 leaves 3
+        {0x10, " :", -1},         {0x10, " 1", 1},          // -32 leaves -10: 21, written 1
+        {0x25, "08 000000<", 1},  {0x81, "0095   00<", 1},  // 12 as it is
+        {0x00, "000000   0", 1},                            // a negative remainder gives 0
+        {0xE0, "000000   =", 1},                            // but is filled up where something is added
+        {0x02, "6:", -1},                                   // a check digit of ten is none
+        {0x31, "50000000:", -1},  {0xE1, "000000004:", -1}, // remainder 10 stays impossible
+        {0x29, "1A00000000", -1}, {0xC6, "A000000000", -1},
+    };
+    for (const auto& [method, account, result] : cases)
+        EXPECT_EQ(check(method, account), result) << method << " " << account;
 
     std::mt19937 random(2);
     for (int i = 0; i < 20000; ++i) {

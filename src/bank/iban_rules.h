@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "checkdigit/arithmetic.h"
+
 namespace velmora {
 
-constexpr std::size_t account_length = 10;
-constexpr std::size_t bank_code_length = 8;
 constexpr std::size_t german_iban_length = 22;
 constexpr std::size_t iban_buffer_size = 35;
 

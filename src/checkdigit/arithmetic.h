@@ -2,16 +2,19 @@
 //
 // An account here is always normalised: ten characters, filled up with zeros on the left, and a terminating
 // zero. Deliberate: nothing tests for digits; any other character counts as its value minus that of '0', and
-// every remainder is the one that C gives (callers rely on it).
+// every remainder is the one that C gives, so that an account has the same answer in every version.
 //
 // The sums are forced inline and unrolled because their weights are constants: each call becomes a handful of
 // multiplications.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 namespace velmora {
+
+inline constexpr std::size_t account_length = 10;
+inline constexpr std::size_t bank_code_length = 8;
 
 // What every routine returns; the same numbers leave the library.
 enum CheckResult : int {
@@ -28,30 +31,28 @@ constexpr int digit(const char* account, int position) {
     return account[position] - '0';
 }
 
-template <typename... Digit>
-constexpr bool is_one_of(int value, Digit... digit) {
-    return ((value == digit) || ...);
-}
-
-// One weight a position, from position 10 down to position 1. Weight 0 leaves the position out.
+// One weight a position, from 0 to 15. Weight 0 leaves the position out. Packed into a number, because as a
+// template argument an array loses its zeros in the names that GCC 12 gives, and rows would share a routine.
 struct Weights {
-    int of[10];
+    std::uint64_t packed;
+
+    constexpr int of(int position) const { return static_cast<int>(packed >> (4 * (P10 - position)) & 15); }
 };
 
 // Weights as the published descriptions give them: for `first` and on leftwards, 0 for all other positions.
 template <typename... Weight>
 consteval Weights weights_from(Position first, Weight... weight) {
     Weights weights{};
-    int i = P10 - first;
-    ((weights.of[i++] = weight), ...);
+    int shift = 4 * (P10 - first);
+    ((weights.packed |= static_cast<std::uint64_t>(weight) << shift, shift += 4), ...);
     return weights;
 }
 
-[[gnu::always_inline]] inline int weighted_sum(const char* account, const Weights& weights) {
+[[gnu::always_inline]] inline int weighted_sum(const char* account, Weights weights) {
     int sum = 0;
 #pragma GCC unroll 10
     for (int position = P1; position <= P10; ++position)
-        sum += digit(account, position) * weights.of[P10 - position];
+        sum += digit(account, position) * weights.of(position);
     return sum;
 }
 
@@ -81,11 +82,11 @@ inline constexpr CrossSums cross_sums = [] {
 }
 
 // Like weighted_sum(), every product replaced by the sum of its decimal digits.
-[[gnu::always_inline]] inline int crosssum_weighted_sum(const char* account, const Weights& weights) {
+[[gnu::always_inline]] inline int crosssum_weighted_sum(const char* account, Weights weights) {
     int sum = 0;
 #pragma GCC unroll 10
     for (int position = P1; position <= P10; ++position)
-        sum += crosssum_product(account[position], weights.of[P10 - position]);
+        sum += crosssum_product(account[position], weights.of(position));
     return sum;
 }
 
@@ -98,61 +99,11 @@ constexpr CheckResult expect_digit(const char* account, Position position, int c
     return digit(account, position) == check_digit ? account_valid : account_invalid;
 }
 
-// Check digit by modulus 11, from 0 to 10. The methods differ in what they make of ten.
-[[gnu::always_inline]] inline int mod11_check_digit(const char* account, const Weights& weights) {
-    return complement(weighted_sum(account, weights) % 11, 11);
-}
-
-// --- The six helpers. Each gives account_valid or account_invalid. ---
-
+// Modulus with digit sums: right when the digit in `position` fills the remainder up to the modulus.
 [[gnu::always_inline]] inline CheckResult check_crosssum_weighted(const char* account, int modulus,
-                                                                  Position position, const Weights& weights) {
+                                                                  Position position, Weights weights) {
     const int remainder = crosssum_weighted_sum(account, weights) % modulus;
     return expect_digit(account, position, remainder > 0 ? modulus - remainder : 0);
-}
-
-[[gnu::always_inline]] inline CheckResult check_weighted_mod(const char* account, int modulus,
-                                                             Position position, const Weights& weights) {
-    const int remainder = weighted_sum(account, weights) % modulus;
-    return expect_digit(account, position, complement(remainder, modulus) % 10);
-}
-
-[[gnu::always_inline]] inline CheckResult check_mod11_ten_is_zero(const char* account, Position position,
-                                                                  const Weights& weights) {
-    return check_weighted_mod(account, 11, position, weights);
-}
-
-// Modulus 11 where a check digit of ten cannot be written: no last digit makes such an account right.
-[[gnu::always_inline]] inline CheckResult check_mod11_ten_is_invalid(const char* account, Position position,
-                                                                     const Weights& weights) {
-    const int check_digit = mod11_check_digit(account, weights);
-    return check_digit == 10 ? account_invalid : expect_digit(account, position, check_digit);
-}
-
-// Ledger accounts, those with a 9 in position 3, of methods 51, 73, 81, 84, 87 and A8: over positions 9 to 3,
-// then over all nine.
-CheckResult check_ledger_account(const char* account);
-
-// Weights 2 to 7 on positions 9 to 4 and the given ones on positions 3, 2 and 1.
-[[gnu::always_inline]] inline CheckResult check_mod11_tail(const char* account, int weight3, int weight2,
-                                                           int weight1) {
-    return check_mod11_ten_is_invalid(account, P10, {{0, 2, 3, 4, 5, 6, 7, weight3, weight2, weight1}});
-}
-
-CheckResult check_mod11_five_digits(const char* account);
-
-// --- Conditions and variants ---
-
-// The result of the first variant that does not find the account invalid.
-template <typename... Variant>
-[[gnu::always_inline]] inline CheckResult first_not_invalid(const char* account, Variant... variant) {
-    CheckResult result = account_invalid;
-    (void)(((result = variant(account)) != account_invalid) || ...);
-    return result;
-}
-
-constexpr bool starts_with(const char* account, std::string_view digits) {
-    return std::string_view(account, P10 + 1).starts_with(digits);
 }
 
 // The decimal number that two positions and those between them make.

@@ -1,10 +1,13 @@
 // MT940 statement files: the records they give, what cannot be read, and files built at random.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -188,6 +191,32 @@ TEST(Statement, WhatCannotBeReadIsTold) {
     EXPECT_EQ(sepa_stmt_parser_load(parser.get(), SEPA_STMT_FORMAT_MT940, file.path()), 1);
     EXPECT_EQ(describe(parser), "statement ref=\"A\"\n");
     EXPECT_EQ(MemoryFile("").descriptor(), next_descriptor) << "a file was left open";
+}
+
+// Another process holds the file under a lease and gives it up when it is told that somebody wants to read.
+TEST(Statement, FilesUnderALeaseAreWaitedFor) {
+    const std::string path = fs::temp_directory_path() / ("velmora-lease-" + std::to_string(getpid()));
+    std::ofstream(path) << "X\r\n:20:A\r\n-\r\n";
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t holder = fork();
+    if (holder == 0) {
+        const int file = open(path.c_str(), O_RDWR);
+        sigset_t wanted;
+        sigemptyset(&wanted), sigaddset(&wanted, SIGIO), sigprocmask(SIG_BLOCK, &wanted, nullptr);
+        const bool leased = fcntl(file, F_SETLEASE, F_WRLCK) == 0;
+        if (write(ready[1], leased ? "y" : "n", 1) == 1 && leased) sigwaitinfo(&wanted, nullptr);
+        usleep(20000);
+        _exit(0);
+    }
+    char leased = 0;
+    ASSERT_EQ(read(ready[0], &leased, 1), 1);
+    const Parser parser = new_parser();
+    EXPECT_EQ(sepa_stmt_parser_load(parser.get(), SEPA_STMT_FORMAT_MT940, path.c_str()), 1) << error(parser);
+    kill(holder, SIGKILL);
+    waitpid(holder, nullptr, 0);
+    close(ready[0]), close(ready[1]), fs::remove(path);
+    if (leased != 'y') GTEST_SKIP() << "no leases here";
 }
 
 // ------------------------------------------------------------------------------------------------------

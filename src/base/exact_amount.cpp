@@ -12,30 +12,42 @@ constexpr double powers_of_ten[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e
 constexpr int longest_number = 19;
 constexpr std::uint64_t exact_in_double = std::uint64_t{1} << 53;
 
+// Whether the digits from `text` to `end` are a number of 64 bits; there may be something else among them.
+bool fits(const char* text, const char* end) {
+    std::uint64_t number = 0;
+    for (; text != end; ++text)
+        if (is_digit(*text) && (__builtin_mul_overflow(number, 10U, &number) ||
+                                __builtin_add_overflow(number, static_cast<unsigned>(*text - '0'), &number)))
+            return false;
+    return true;
+}
+
 } // namespace
 
-Decimal scan_decimal(const char* text) {
+Decimal scan_decimal(const char* text, char mark) {
     const char* p = text;
     while (*p == '0')
         ++p;
     Decimal decimal{p, nullptr, 0, 0, p == text, false};
-    bool has_point = false;
-    for (; is_digit(*p) || (*p == '.' && !has_point); ++p) {
-        if (*p == '.') {
-            has_point = true;
-            continue;
-        }
-        decimal.empty = false;
-        decimal.decimals += has_point ? 1 : 0;
-        decimal.overflow |=
-            __builtin_mul_overflow(decimal.number, 10U, &decimal.number) ||
-            __builtin_add_overflow(decimal.number, static_cast<std::uint64_t>(*p - '0'), &decimal.number);
+    const char* point = nullptr;
+    for (;; ++p) {
+        if (is_digit(*p))
+            decimal.number = decimal.number * 10 + static_cast<std::uint64_t>(*p - '0');
+        else if (point == nullptr && (*p == '.' || *p == mark))
+            point = p;
+        else
+            break;
     }
     decimal.end = p;
+    if (point != nullptr) decimal.decimals = static_cast<int>(p - point - 1);
+    const std::ptrdiff_t digits = p - decimal.begin - (point != nullptr ? 1 : 0);
+    decimal.empty &= digits == 0;
+    decimal.overflow = digits > longest_number && !fits(decimal.begin, p);
     return decimal;
 }
 
 std::int64_t Decimal::exact() const {
+    constexpr std::uint64_t factors[] = {100000, 10000, 1000, 100, 10, 1};
     std::uint64_t result = number;
     int places = decimals;
     if (overflow) return no_exact_amount;
@@ -43,8 +55,7 @@ std::int64_t Decimal::exact() const {
         if (result % 10 != 0) return no_exact_amount;
         result /= 10;
     }
-    for (; places < exact_decimals; ++places)
-        if (__builtin_mul_overflow(result, 10U, &result)) return no_exact_amount;
+    if (__builtin_mul_overflow(result, factors[places], &result)) return no_exact_amount;
     constexpr auto largest = static_cast<std::uint64_t>(no_exact_amount) - 1;
     return result <= largest ? static_cast<std::int64_t>(result) : no_exact_amount;
 }

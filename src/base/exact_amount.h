@@ -25,8 +25,8 @@ struct Decimal {
     double nearest() const;
 };
 
-// Reads digits with at most one "." anywhere among them.
-Decimal scan_decimal(const char* text);
+// Reads digits with at most one "." or `mark` anywhere among them. Only numbers with "." may overflow.
+Decimal scan_decimal(const char* text, char mark = '.');
 
 // The exact amount next to a double that is not negative, or no_exact_amount.
 std::int64_t nearest_exact(double amount);

@@ -9,15 +9,28 @@
 namespace velmora {
 namespace {
 
+bool is_regular(const char* path) {
+    struct stat status;
+    return stat(path, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+int open_file(const char* path) {
+    if (path == nullptr) {
+        errno = EFAULT;
+        return -1;
+    }
+    // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY;
+    int descriptor = open(path, flags | O_NONBLOCK);
+    // With it a file under another process's lease cannot be opened; the wait for its release has an end.
+    while (descriptor < 0 && (errno == EWOULDBLOCK || errno == EINTR) && is_regular(path))
+        descriptor = open(path, flags);
+    return descriptor;
+}
+
 class File {
 public:
-    explicit File(const char* path) {
-        // Opening a pipe would wait for its writer without O_NONBLOCK; regular files do not notice it.
-        if (path != nullptr)
-            descriptor_ = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-        else
-            errno = EFAULT;
-    }
+    explicit File(const char* path) : descriptor_(open_file(path)) {}
     File(const File&) = delete;
     File& operator=(const File&) = delete;
     ~File() {
@@ -28,7 +41,7 @@ public:
     int descriptor() const { return descriptor_; }
 
 private:
-    int descriptor_ = -1;
+    int descriptor_;
 };
 
 // Why the file could not be read to its size, or null when it was.

@@ -7,7 +7,7 @@
 
 namespace velmora {
 
-// The bytes of a file with a zero byte behind them. Every text of the file's records is a piece of it; they
+// The bytes of a file with zero bytes behind them. Every text of the file's records is a piece of it; they
 // are wiped before they are released.
 class FileText {
 public:
@@ -21,12 +21,15 @@ public:
     }
     ~FileText();
 
+    // So many, so that several characters may be read at once.
+    static constexpr std::size_t zeros_behind = 32;
+
     // Room for so many bytes; nothing without memory.
     static FileText allocate(std::size_t size);
 
     explicit operator bool() const { return data_ != nullptr; }
     char* data() const { return data_; }
-    std::size_t size() const { return size_; } // without the zero byte
+    std::size_t size() const { return size_; } // without the zero bytes
 
 private:
     char* data_ = nullptr;
@@ -64,7 +67,13 @@ public:
     char* copy_text(std::string_view text);
 
 private:
-    void* take(std::size_t size);
+    void* take(std::size_t size) {
+        if (left_ < size && !grow(size)) return nullptr;
+        void* record = free_;
+        free_ += size;
+        left_ -= size;
+        return record;
+    }
     bool grow(std::size_t least);
 
     Block* last_ = nullptr;

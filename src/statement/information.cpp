@@ -48,19 +48,6 @@ Field join_lines(char* begin, char* line_end) {
     return {begin, end, *line_end == '\0' ? line_end : line_end + 2};
 }
 
-// The next "?" with two digits behind it, or the field's end.
-char* find_marker(char* from, char* end) {
-    while (end - from >= marker_length) {
-        from = static_cast<char*>(std::memchr(from, '?', static_cast<std::size_t>(end - from - 2)));
-        if (from == nullptr) break;
-        if (is_digit(from[1]) && is_digit(from[2])) return from;
-        do
-            ++from;
-        while (from[0] == '?' && from[1] == '?');
-    }
-    return end;
-}
-
 struct Subfield {
     int number;
     char* marker;
@@ -71,8 +58,10 @@ struct Subfield {
 class Subfields {
 public:
     Subfields(char* begin, char* end) {
-        for (char* at = find_marker(begin, end); at != end; at = find_marker(at + marker_length, end))
-            add({two_digits(at + 1), at});
+        visit_characters(begin, end, '?', [&](char* at) {
+            if (end - at >= marker_length && is_digit(at[1]) && is_digit(at[2]))
+                add({two_digits(at + 1), at});
+        });
     }
 
     const Subfield* begin() const { return list_; }
@@ -81,7 +70,7 @@ public:
 private:
     // A marker with a greater number than the last one ends its subfield; other markers belong to a content.
     // Deliberate: where the number after a subfield's own is met again, the subfield goes on up to there and
-    // what stood between becomes content (callers rely on it).
+    // what stood between becomes content: texts with a "?21" of their own are read that way.
     void add(const Subfield& subfield) {
         if (count_ != 0 && subfield.number <= list_[count_ - 1].number) {
             const auto lower = [](const Subfield& listed, int number) { return listed.number < number; };
@@ -112,7 +101,7 @@ void append_name(sepa_stmt_tx_t& booking, std::string_view text) {
 const Keyword* find_keyword(std::string_view line) {
     if (line.size() < keyword_length || line[keyword_length - 1] != '+') return nullptr;
     for (const Keyword& keyword : keywords)
-        if (std::memcmp(keyword.text, line.data(), keyword_length) == 0) return &keyword;
+        if (std::memcmp(keyword.text, line.data(), keyword_length - 1) == 0) return &keyword;
     return nullptr;
 }
 
@@ -138,14 +127,15 @@ public:
     }
 
 private:
-    // Deliberate: the comma may stand up to five characters behind the amount (callers rely on it).
+    // Deliberate: the comma may stand up to five characters behind the amount, as it always could.
     void set_decimal_mark(std::size_t length) {
         length = std::min(length, static_cast<std::size_t>(field_end_ - begin_));
         if (void* comma = std::memchr(begin_, ',', length)) *static_cast<char*>(comma) = '.';
     }
 
     void append(const char* line, std::size_t length) {
-        // Deliberate: a keyword's start leaves the last length as it was (callers rely on it).
+        // Deliberate: a keyword's start leaves the last length as it was; texts that have been compared with
+        // invoices for years would change otherwise.
         constexpr std::ptrdiff_t full_first_line = purpose_line_length - keyword_length;
         if (!in_keyword_)
             *end_++ = '\n';

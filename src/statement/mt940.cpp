@@ -62,10 +62,6 @@ void append(Record*& first, Record*& last, Record* record) {
     last = record;
 }
 
-Outcome understood_if(bool understood) {
-    return understood ? Outcome::understood : Outcome::malformed;
-}
-
 struct Date {
     int year = 0; // two digits
     int month = 0;
@@ -73,6 +69,10 @@ struct Date {
 };
 
 bool scan_date(char* text, Date& date) {
+    if (are_digits(text, 6)) {
+        date = {two_digits(text), two_digits(text + 2), two_digits(text + 4)};
+        return true;
+    }
     for (int* part : {&date.year, &date.month, &date.day}) {
         std::uint32_t number = 0;
         if (!scan_number(text, 2, number)) return false;
@@ -88,18 +88,20 @@ void set_date(struct tm& field, const Date& date) {
     field.tm_year = date.year < 80 ? date.year + 100 : date.year;
 }
 
-bool read_statement_number(sepa_stmt_t& statement, char* text, const Line& line) {
+Outcome read_statement_number(sepa_stmt_t& statement, char* text, const Line& line) {
     const bool paged = std::memchr(text, '/', static_cast<std::size_t>(line.end - text)) != nullptr;
-    if (!scan_number(text, any_width, statement.number)) return false;
-    if (paged) return *text == '/' && scan_number(++text, any_width, statement.page);
-    statement.page = 0;
-    return true;
+    if (!scan_number(text, any_width, statement.number)) return Outcome::malformed;
+    if (!paged)
+        statement.page = 0;
+    else if (*text != '/' || !scan_number(++text, any_width, statement.page))
+        return Outcome::malformed;
+    return Outcome::understood;
 }
 
 // Mark, date, currency and amount stand at fixed places: ":60F:C230131EUR1234,56".
-bool read_balance(const Line& line, struct tm& day, char (&currency)[4], double& saldo) {
+Outcome read_balance(const Line& line, struct tm& day, char (&currency)[4], double& saldo) {
     Date date;
-    if (!scan_date(line.at(6), date)) return false;
+    if (!scan_date(line.at(6), date)) return Outcome::malformed;
     set_date(day, date);
     const char* const code = line.at(12);
     char* const amount = line.at(15);
@@ -109,13 +111,13 @@ bool read_balance(const Line& line, struct tm& day, char (&currency)[4], double&
         *static_cast<char*>(comma) = '.';
     const double value = amount < line.end ? __sepa_strtod(amount, nullptr) : 0;
     saldo = *line.at(5) == 'D' ? -value : value;
-    return true;
+    return Outcome::understood;
 }
 
 // Reads the booking date behind the value date, if there is one; its year is the one nearest to the value
 // date. Returns the rest of the line.
-char* read_booking_date(sepa_stmt_tx_t& booking, const Date& value, char* rest, const Line& line) {
-    if (line.end - rest < 4 || !std::all_of(rest, rest + 4, is_digit)) return rest;
+char* read_booking_date(sepa_stmt_tx_t& booking, const Date& value, char* rest) {
+    if (!are_digits(rest, 4)) return rest;
     Date date{value.year, two_digits(rest), two_digits(rest + 2)};
     if (value.month == 1 && date.month == 12) --date.year;
     if (value.month == 12 && date.month == 1) ++date.year;
@@ -123,15 +125,18 @@ char* read_booking_date(sepa_stmt_tx_t& booking, const Date& value, char* rest, 
     return rest + 4;
 }
 
-// The number as __sepa_strtod() reads it, and the same one exactly.
-double read_amount(const char* text, std::int64_t& exact) {
-    const auto has_exponent = [](const char* end) { return *end == 'E' || *end == 'e'; };
+// The number as __sepa_strtod() reads it once its comma, in front of `end`, is a point; and the same number
+// exactly.
+double read_amount(char* text, const char* end, std::int64_t& exact) {
+    const auto has_exponent = [](const char* behind) { return *behind == 'E' || *behind == 'e'; };
     constexpr std::ptrdiff_t all_digits_count = 15; // in a double
-    Decimal decimal = scan_decimal(text);
+    Decimal decimal = scan_decimal(text, ',');
     if (!decimal.empty && decimal.end - text <= all_digits_count && !has_exponent(decimal.end)) {
         exact = decimal.exact();
         return decimal.nearest();
     }
+    if (void* comma = std::memchr(text, ',', static_cast<std::size_t>(end - text)))
+        *static_cast<char*>(comma) = '.';
     const double value = __sepa_strtod(text, nullptr);
     while (is_space(*text))
         ++text;
@@ -154,7 +159,7 @@ Outcome read_booking(Reader& reader, sepa_stmt_t& statement, const Line& line) {
     Date value;
     if (!scan_date(line.at(4), value)) return Outcome::malformed;
     set_date(booking->valuta, value);
-    char* rest = read_booking_date(*booking, value, line.at(10), line);
+    char* rest = read_booking_date(*booking, value, line.at(10));
 
     const auto next = [&] { return rest != line.end ? *rest++ : '\0'; };
     char mark = next();
@@ -164,15 +169,12 @@ Outcome read_booking(Reader& reader, sepa_stmt_t& statement, const Line& line) {
     }
     if (is_letter(*rest)) ++rest; // funds code
 
-    // Deliberate: the "N" may stand on a later line (callers rely on it). What has been searched for one
+    // Deliberate: the "N" may stand on a later line, as it always could. What has been searched for one
     // booking is not searched again for the next.
     if (reader.next_n < rest) reader.next_n = strchrnul(rest, 'N');
     char* const n = reader.next_n;
     if (*n == '\0') return Outcome::malformed;
-    const auto length = std::min(n, line.end) - rest;
-    if (void* comma = std::memchr(rest, ',', static_cast<std::size_t>(length)))
-        *static_cast<char*>(comma) = '.';
-    const double amount = read_amount(rest, piece->signed_amount);
+    const double amount = read_amount(rest, std::min(n, line.end), piece->signed_amount);
     // Deliberate: a debit counts 255 times, the eight bits of -1; programs tell debits by that.
     const std::uint8_t factor = mark == 'D' ? 255 : 1;
     booking->amount = factor * amount;
@@ -181,13 +183,15 @@ Outcome read_booking(Reader& reader, sepa_stmt_t& statement, const Line& line) {
         if (piece->signed_amount != no_exact_amount) piece->signed_amount = -piece->signed_amount;
     }
 
-    std::strncpy(booking->code, n + 1, 3);
+    for (int i = 0; i < 3 && n[i + 1] != '\0'; ++i)
+        booking->code[i] = n[i + 1];
     booking->ref = line.end - n > 4 ? n + 4 : line.end;
     *line.end = '\0';
-    const auto ref_length = static_cast<std::size_t>(line.end - booking->ref);
-    if (void* separator = memmem(booking->ref, ref_length, "//", 2)) {
-        booking->bankref = static_cast<char*>(separator) + 2;
-        *static_cast<char*>(separator) = '\0';
+    for (char* at = booking->ref; at < line.end; ++at) {
+        if (at[0] != '/' || at[1] != '/') continue;
+        booking->bankref = at + 2;
+        *at = '\0';
+        break;
     }
     return Outcome::understood;
 }
@@ -209,21 +213,19 @@ char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
             *line.end = '\0';
             break;
         case Tag::number:
-            outcome = understood_if(read_statement_number(statement, content, line));
+            outcome = read_statement_number(statement, content, line);
             break;
         case Tag::opening:
-            outcome = understood_if(
-                read_balance(line, statement.openDate, statement.openCurrency, statement.openSaldo));
+            outcome = read_balance(line, statement.openDate, statement.openCurrency, statement.openSaldo);
             break;
         case Tag::closing:
-            outcome = understood_if(
-                read_balance(line, statement.closeDate, statement.closeCurrency, statement.closeSaldo));
+            outcome = read_balance(line, statement.closeDate, statement.closeCurrency, statement.closeSaldo);
             break;
         case Tag::booking:
             outcome = read_booking(reader, statement, line);
             break;
         case Tag::information:
-            // Deliberate: the booking may be one of an earlier statement (callers rely on it).
+            // Deliberate: the booking may be one of an earlier statement, as docs/peculiarities.md tells.
             if (reader.booking == nullptr) return line.begin;
             at = read_information(*reader.booking, content, line.end);
             break;
@@ -231,7 +233,7 @@ char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
             return line.begin;
         case Tag::other:
             // Deliberate: a further ":20:" is skipped, too. A statement that no "-" closes takes in what
-            // follows (callers rely on it).
+            // follows: that is how pages without "-" become one statement.
             break;
         }
         if (outcome == Outcome::malformed) return line.begin;
@@ -240,7 +242,7 @@ char* read_lines(Reader& reader, sepa_stmt_t& statement, char* at) {
     return at;
 }
 
-// Deliberate: only CR LF ends lines, and a file's first byte does not begin one (callers rely on it).
+// Deliberate: only CR LF ends lines, and a file's first byte does not begin one. Format 940 reads the others.
 constexpr char statement_start[] = "\r\n:20:";
 
 // False without memory.

@@ -1,10 +1,14 @@
 // Small readers for zero-terminated statement text. A zero byte inside a file ends its text.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include "base/ascii.h"
 
@@ -14,12 +18,37 @@ inline int two_digits(const char* digits) {
     return (digits[0] - '0') * 10 + (digits[1] - '0');
 }
 
+// True when all of the first `count` characters, at most eight, are digits. Reads eight bytes.
+inline bool are_digits(const char* text, int count) {
+    std::uint64_t word;
+    std::memcpy(&word, text, sizeof word);
+    const std::uint64_t used = ~std::uint64_t{0} >> (64 - 8 * count);
+    constexpr std::uint64_t high = 0xF0F0F0F0F0F0F0F0, digits = 0x3030303030303030, six = 0x0606060606060606;
+    return (((word ^ digits) | ((word + six) ^ digits)) & high & used) == 0;
+}
+
 // The next CR LF, or the text's end.
 inline char* find_line_end(char* from) {
     char* cr = strchrnul(from, '\r');
     while (*cr != '\0' && cr[1] != '\n')
         cr = strchrnul(cr + 1, '\r');
     return cr;
+}
+
+// Calls `visit` with the address of each character that equals `wanted`, many compared at once.
+template <typename Visit>
+void visit_characters(char* begin, char* end, char wanted, Visit visit) {
+#ifdef __SSE2__
+    const __m128i pattern = _mm_set1_epi8(wanted);
+    for (; end - begin >= 16; begin += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(begin));
+        auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, pattern)));
+        for (; found != 0; found &= found - 1)
+            visit(begin + std::countr_zero(found));
+    }
+#endif
+    for (; begin < end; ++begin)
+        if (*begin == wanted) visit(begin);
 }
 
 inline constexpr std::size_t any_width = std::numeric_limits<std::size_t>::max();

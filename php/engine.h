@@ -1,15 +1,19 @@
-/* The PHP engine as the binding sees it: its headers, and everything in which the engine versions 7.2 to 8.4
+/* The PHP engine as the binding sees it: its headers, and everything in which the engine versions 7.2 to 8.6
  * differ. No other file written by hand asks for the version. */
 #pragma once
 
-/* First, because a reference becomes weak only when this is said before its first use. */
-#include "engine_symbols.h"
+/* One shared object serves as PHP's module and as a library on machines without PHP: so every reference to
+ * the engine is a weak one, which may stay empty. All headers of all versions give what the engine exports
+ * this attribute; here it says "weak" as well. */
+#define visibility(kind) visibility(kind), weak
 
 #include <php.h>
 
 #include <Zend/zend_exceptions.h>
 #include <Zend/zend_interfaces.h>
 #include <ext/standard/info.h>
+
+#undef visibility
 
 /* The tables generated from sepa.stub.php. */
 #if PHP_VERSION_ID >= 80000

@@ -1,6 +1,7 @@
 /* The PHP module "SEPA": its entry, start-up and information block. The classes are in sepa_class.c and
  * statement_parser_class.c, their method tables and the constants come from sepa.stub.php. */
 #include "binding.h"
+#include "engine_names.h"
 
 #include ENGINE_ARGINFO
 
@@ -36,4 +37,10 @@ static zend_module_entry sepa_module_entry = {
     STANDARD_MODULE_PROPERTIES,
 };
 
-ZEND_GET_MODULE(sepa)
+ZEND_DLEXPORT zend_module_entry* get_module(void);
+
+ZEND_DLEXPORT zend_module_entry* get_module(void) {
+    const char* refusal = engine_refusal(sepa_module_entry.build_id);
+    if (refusal) sepa_module_entry.build_id = refusal;
+    return &sepa_module_entry;
+}

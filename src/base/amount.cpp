@@ -11,7 +11,7 @@
 namespace velmora {
 namespace {
 
-constexpr int significant_digits = 18;
+constexpr int digits_counted = 18;
 constexpr int low_digits = 9; // the last nine significant digits are gathered apart from those before
 constexpr int largest_exponent = 511;
 constexpr double powers_of_ten[] = {1.0e1, 1.0e2, 1.0e4, 1.0e8, 1.0e16, 1.0e32, 1.0e64, 1.0e128, 1.0e256};
@@ -48,7 +48,7 @@ Mantissa read_mantissa(const char* text) {
     mantissa.empty = false;
     if (before_point < 0) before_point = digits;
 
-    const std::ptrdiff_t used = std::min<std::ptrdiff_t>(digits, significant_digits);
+    const std::ptrdiff_t used = std::min<std::ptrdiff_t>(digits, digits_counted);
     std::ptrdiff_t left = used;
     for (const char* q = text; left > 0; ++q) {
         if (*q == '.') continue;

@@ -23,17 +23,6 @@ std::string file_text(const std::string& name) {
     return text.str();
 }
 
-// What stands between the tags of every element of this name.
-std::vector<std::string> contents(const std::string& document, const std::string& element) {
-    std::vector<std::string> found;
-    const std::string open = "<" + element + ">", close = "</" + element + ">";
-    for (std::size_t at = document.find(open); at != document.npos; at = document.find(open, at + 1)) {
-        const std::size_t begin = at + open.size();
-        found.push_back(document.substr(begin, document.find(close, begin) - begin));
-    }
-    return found;
-}
-
 std::string header_value(const std::string& document, const char* element) {
     return contents(document, element).at(0);
 }

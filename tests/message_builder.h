@@ -87,6 +87,19 @@ inline std::string document(const Message& message) {
     return text == nullptr ? std::string() : std::string(text.get());
 }
 
+// What stands between the tags of every element of this name.
+inline std::vector<std::string> contents(const std::string& document, const std::string& element) {
+    std::vector<std::string> found;
+    const std::string open = "<" + element, close = "</" + element + ">";
+    for (std::size_t at = 0; (at = document.find(open, at)) != document.npos;) {
+        at += open.size();
+        if (document[at] != '>' && document[at] != ' ') continue; // a longer name
+        const std::size_t begin = document.find('>', at) + 1;
+        found.push_back(document.substr(begin, document.find(close, begin) - begin));
+    }
+    return found;
+}
+
 constexpr const char* all_rulebooks[] = {"DE-2.6", "DE-2.7", "AT-6",   "NL-6",   "DE-2.8",
                                          "DE-2.9", "DE-3.0", "DE-3.1", "DE-3.5", "DE-3.7"};
 

@@ -13,8 +13,9 @@ class Parser extends SEPAStatementParser
     }
 }
 
-replay('statements.txt', function ($name, $arguments) { return (new Parser)->$name(...$arguments); });
-show('long name', function () { return (new Parser)->load(1, str_repeat('x', 100000)); });
+echo replay(file(__DIR__ . '/statements.txt', FILE_IGNORE_NEW_LINES), function ($name, $arguments) {
+    return (new Parser)->$name(...$arguments);
+}), " calls\n";
 show('after a failure', function () {
     $parser = new Parser;
     attempt(function () use ($parser) { return $parser->load(2, 'no attempt'); });
@@ -39,8 +40,7 @@ ini_set('open_basedir', sys_get_temp_dir());
 show('open_basedir', function () { return @(new Parser)->load(1, '/etc/passwd'); });
 ?>
 --EXPECT--
-18 calls
-long name -> "SEPAException 0: Can't open input file: File name too long"
+19 calls
 after a failure -> ["SEPAException 0: Parser already used",null]
 
 Two parsers:

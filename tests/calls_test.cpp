@@ -1,0 +1,238 @@
+// The tables of calls on the C interface; tests/data/calls/README tells their form.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
+
+#include "message_builder.h"
+
+namespace {
+
+using namespace velmora::test;
+using json = nlohmann::ordered_json;
+
+std::string expand(const std::string& text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        int number = 0, length = 0;
+        if (std::sscanf(&text[i], "\\x%2x%n", reinterpret_cast<unsigned*>(&number), &length) == 1)
+            result += static_cast<char>(number);
+        else if (std::sscanf(&text[i], "{%d}%n", &number, &length); length > 0)
+            result.append(static_cast<std::size_t>(number - 1), result.back());
+        else
+            result += text[i], length = 1;
+        i += static_cast<std::size_t>(length - 1);
+    }
+    return result;
+}
+
+json expanded(json value) {
+    if (value.is_string()) return expand(value.get<std::string>());
+    if (value.is_structured())
+        for (json& item : value)
+            item = expanded(item);
+    return value;
+}
+
+const char* text_of(const json& value) {
+    return value.is_string() ? value.get_ref<const std::string&>().c_str() : nullptr;
+}
+
+struct Caller {
+    std::string rulebook;
+    std::uint32_t type;
+    Message message = new_message(type, rulebook.c_str());
+
+    json told(int result) const { return result == 1 ? json(true) : json(error(message)); }
+
+    int add_pairs(const json& properties, const Pairs& others = {}) const {
+        Pairs pairs;
+        for (const auto& property : properties.items())
+            pairs.emplace_back(property.key().c_str(), text_of(property.value()));
+        for (const auto& other : others)
+            if (!properties.contains(other.first)) pairs.push_back(other);
+        return add(message, pairs);
+    }
+    int add_with(const json& properties) const {
+        return add_pairs(properties, type == SEPA_MSGTYPE_DDI ? direct_debit() : credit_transfer());
+    }
+    json begin() {
+        message = complete_message(type, rulebook.c_str());
+        return true;
+    }
+    json try_alone(const json& properties) {
+        begin();
+        const json result = told(add_with(properties));
+        if (result != true) {
+            EXPECT_EQ(document(message).find("<NbOfTxs>1<"), std::string::npos) << "it was added";
+        }
+        return result;
+    }
+    json from_document(const std::function<std::string(const std::string&)>& what) const {
+        const std::string text = document(message);
+        return text.empty() ? error(message) : what(text);
+    }
+    json days_of(const std::string& days) {
+        begin();
+        std::istringstream in(days);
+        for (int day; in >> day;) {
+            char date[] = "2027-01-00";
+            date[8] = static_cast<char>('0' + day / 10), date[9] = static_cast<char>('0' + day % 10);
+            EXPECT_EQ(add_with({{"date", date}}), 1);
+        }
+        return from_document([](const std::string& text) {
+            std::string found;
+            for (std::size_t at = 0; (at = text.find(">2027-01-", at)) != text.npos; at += 9)
+                found += (found.empty() ? "" : ", ") + std::to_string(std::stoi(text.substr(at + 9, 2)));
+            return found;
+        });
+    }
+};
+
+json bank(const char* bic, const std::function<json(const sepa_bank_t&)>& what) {
+    sepa_bank_t* found = nullptr;
+    if (sepa_bic_getBank(bic, &found) != 1) return false;
+    const std::unique_ptr<sepa_bank_t, decltype(&std::free)> owner(found, &std::free);
+    return what(*found);
+}
+
+// What is called: the message, the first argument as a text, all arguments.
+using Call = json (*)(Caller& on, const char* text, const json& a);
+
+template <int (*setter)(sepa_t*, const char*)>
+json set(Caller& on, const char* text, const json&) {
+    return on.told(setter(on.message.get(), text));
+}
+
+const std::map<std::string, Call> calls = {
+    {"setIBAN", set<sepa_setIBAN>},
+    {"setBIC", set<sepa_setBIC>},
+    {"setName", set<sepa_setName>},
+    {"setCreditorIdentifier", set<sepa_setCreditorIdentifier>},
+    {"setDate", set<sepa_setDate>},
+    {"setMessageId", set<sepa_setMessageId>},
+    {"setDDType", [](Caller& on, auto, auto& a) { return on.told(sepa_setDDType(on.message.get(), a[0])); }},
+    {"setBatchBooking",
+     [](Caller& on, auto, auto& a) { return on.told(sepa_setBatchBooking(on.message.get(), a[0])); }},
+    {"getError",
+     [](Caller& on, auto, auto&) {
+         return sepa_getError(on.message.get()) != nullptr ? json(error(on.message)) : json();
+     }},
+    {"add",
+     [](Caller& on, auto, auto& a) {
+         return on.told(a[0].is_null() ? sepa_add(on.message.get(), nullptr) : on.add_pairs(a[0]));
+     }},
+    {"init", [](Caller&, auto, auto& a) -> json { return sepa_init(a[0], text_of(a[1])) == 1; }},
+    {"toXML", [](Caller& on, auto, auto&) { return on.told(!document(on.message).empty()); }},
+
+    {"header", [](Caller& on, auto, auto&) { return on.begin(); }},
+    {"try", [](Caller& on, auto, auto& a) { return on.try_alone(a[0]); }},
+    {"add_with", [](Caller& on, auto, auto& a) { return on.told(on.add_with(a[0])); }},
+    {"dates", [](Caller& on, const char* text, auto&) { return on.days_of(text); }},
+    {"document",
+     [](Caller& on, const char* text, auto&) {
+         return on.from_document([&](const std::string& document) {
+             std::string all;
+             for (const std::string& content : contents(document, text))
+                 all += (all.empty() ? "" : ", ") + content;
+             return all;
+         });
+     }},
+    {"root",
+     [](Caller& on, auto, auto&) {
+         return on.from_document([](const std::string& document) {
+             const std::size_t begin = document.find('\n') + 1;
+             return document.substr(begin, document.find('\n', begin) - begin);
+         });
+     }},
+
+    {"IBAN_check", [](Caller&, const char* text, auto&) -> json { return sepa_iban_check(text) == 1; }},
+    {"IBAN_getBIC",
+     [](Caller&, const char* text, auto&) {
+         char bic[12];
+         return sepa_iban_getBIC(text, bic) == 1 ? json(bic) : json(false);
+     }},
+    {"IBAN_convert",
+     [](Caller&, const char* country, auto& a) {
+         char iban[35];
+         return sepa_iban_convert(country, text_of(a[1]), text_of(a[2]), iban, nullptr) == 1 ? json(iban)
+                                                                                             : json(false);
+     }},
+    {"BIC_getBankName",
+     [](Caller&, const char* bic, auto&) { return bank(bic, [](auto& found) { return json(found.name); }); }},
+    {"BIC_getBankFlags",
+     [](Caller&, const char* bic, auto&) { return bank(bic, [](auto& found) { return json(found.flags); }); }},
+    {"strtod",
+     [](Caller&, const char* text, auto&) {
+         char *end = nullptr, result[64];
+         errno = EINTR; // is never cleared
+         const double number = __sepa_strtod(text, &end);
+         std::snprintf(result, sizeof result, "%.15g %td%s", number, end - text,
+                       errno == ERANGE  ? " out of range"
+                       : errno != EINTR ? "?"
+                                        : "");
+         return json(result);
+     }},
+    {"d2str",
+     [](Caller&, const char* amount, auto&) {
+         char text[64];
+         const char* const end = __sepa_d2str(text, sizeof text, std::strtod(amount, nullptr));
+         return json(std::string(text, static_cast<std::size_t>(end - text)));
+     }},
+};
+
+// The rows below one heading, for each of its rulebooks and types.
+void make_calls(const std::string& heading, const std::vector<std::string>& rows) {
+    static const std::regex form(R"((?:C )?(\w+) (\[.*\]) -> (.*))");
+    for (const std::string rulebook : all_rulebooks)
+        for (const std::uint32_t type : {SEPA_MSGTYPE_DDI, SEPA_MSGTYPE_CTI}) {
+            const char* const other = type == SEPA_MSGTYPE_DDI ? ", credit transfer" : ", direct debit";
+            if (heading.ends_with(other)) continue;
+            if (!heading.starts_with("all,") && heading.find(rulebook) == heading.npos) continue;
+            Caller caller = {rulebook, type};
+            for (const std::string& row : rows) {
+                std::smatch parts;
+                ASSERT_TRUE(std::regex_match(row, parts, form)) << row;
+                ASSERT_TRUE(calls.contains(parts[1])) << row;
+                const json arguments = expanded(json::parse(parts[2].str()));
+                const json result =
+                    calls.at(parts[1])(caller, arguments.empty() ? nullptr : text_of(arguments[0]), arguments);
+                EXPECT_TRUE(result == expanded(json::parse(parts[3].str())))
+                    << "expected: " << rulebook << ' ' << type << ": " << row << "\nactual:   "
+                    << result.dump(-1, ' ', false, json::error_handler_t::replace);
+            }
+        }
+}
+
+class Calls : public testing::TestWithParam<const char*> {};
+
+TEST_P(Calls, GiveWhatTheTableSays) {
+    std::ifstream file(VELMORA_SOURCE_DIR "/tests/data/calls/" + std::string(GetParam()) + ".txt");
+    std::string heading, line;
+    std::vector<std::string> rows;
+    std::size_t count = 0;
+    do {
+        const bool ended = !std::getline(file, line);
+        if (ended || line.starts_with("== ")) {
+            make_calls(heading, rows);
+            heading = line.substr(std::min<std::size_t>(3, line.size()));
+            rows.clear();
+        } else if (!line.empty() && line[0] != '#' && !line.starts_with("PHP ")) {
+            rows.push_back(line);
+            ++count;
+        }
+    } while (file);
+    EXPECT_GT(count, 20U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Tables, Calls,
+                         testing::Values("accounts", "dates", "documents", "header", "numbers", "payments"),
+                         [](const auto& table) { return std::string(table.param); });
+
+} // namespace

@@ -166,8 +166,8 @@ const std::map<std::string, Call> calls = {
      }},
     {"BIC_getBankName",
      [](Caller&, const char* bic, auto&) { return bank(bic, [](auto& found) { return json(found.name); }); }},
-    {"BIC_getBankFlags",
-     [](Caller&, const char* bic, auto&) { return bank(bic, [](auto& found) { return json(found.flags); }); }},
+    {"BIC_getBankFlags", [](Caller&, const char* bic,
+                            auto&) { return bank(bic, [](auto& found) { return json(found.flags); }); }},
     {"strtod",
      [](Caller&, const char* text, auto&) {
          char *end = nullptr, result[64];
@@ -201,11 +201,11 @@ void make_calls(const std::string& heading, const std::vector<std::string>& rows
                 ASSERT_TRUE(std::regex_match(row, parts, form)) << row;
                 ASSERT_TRUE(calls.contains(parts[1])) << row;
                 const json arguments = expanded(json::parse(parts[2].str()));
-                const json result =
-                    calls.at(parts[1])(caller, arguments.empty() ? nullptr : text_of(arguments[0]), arguments);
+                const json result = calls.at(parts[1])(
+                    caller, arguments.empty() ? nullptr : text_of(arguments[0]), arguments);
                 EXPECT_TRUE(result == expanded(json::parse(parts[3].str())))
-                    << "expected: " << rulebook << ' ' << type << ": " << row << "\nactual:   "
-                    << result.dump(-1, ' ', false, json::error_handler_t::replace);
+                    << "expected: " << rulebook << ' ' << type << ": " << row
+                    << "\nactual:   " << result.dump(-1, ' ', false, json::error_handler_t::replace);
             }
         }
 }
@@ -234,5 +234,39 @@ TEST_P(Calls, GiveWhatTheTableSays) {
 INSTANTIATE_TEST_SUITE_P(Tables, Calls,
                          testing::Values("accounts", "dates", "documents", "header", "numbers", "payments"),
                          [](const auto& table) { return std::string(table.param); });
+
+// Every function, called with nothing at all.
+TEST(Calls, NothingAtAllIsRefused) {
+    char text[35] = "x";
+    std::uint8_t status = 99;
+    sepa_bank_t* bank = nullptr;
+    for (const std::uint32_t type : {0, 3})
+        EXPECT_EQ(sepa_new(type), nullptr);
+    EXPECT_EQ(sepa_init(SEPA_INIT_RULEBOOK, nullptr), 0);
+    for (const auto setter : {sepa_setIBAN, sepa_setBIC, sepa_setName, sepa_setCreditorIdentifier,
+                              sepa_setDate, sepa_setMessageId})
+        for (const char* value : {static_cast<const char*>(nullptr), own_iban})
+            EXPECT_EQ(setter(nullptr, value), 0);
+    EXPECT_EQ(sepa_setDDType(nullptr, 0) | sepa_setBatchBooking(nullptr, 0) | sepa_add(nullptr, nullptr), 0);
+    EXPECT_EQ(sepa_toXML(nullptr), nullptr);
+    EXPECT_STREQ(sepa_getError(nullptr), "Invalid sepa_t handle (NULL)");
+    sepa_free(nullptr);
+
+    EXPECT_EQ(sepa_iban_check(nullptr), -1);
+    EXPECT_EQ(sepa_iban_getBank(nullptr, &bank), -1);
+    EXPECT_EQ(sepa_iban_getBIC(nullptr, text), -1);
+    EXPECT_STREQ(text, "");
+    EXPECT_EQ(sepa_iban_getBIC(own_iban, nullptr), -1);
+    EXPECT_EQ(sepa_iban_convert(nullptr, nullptr, nullptr, text, &status), -1);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(sepa_iban_convert("DE", "532013000", "37040044", nullptr, nullptr), 1);
+    EXPECT_EQ(sepa_bankid_check(nullptr, nullptr, &bank), 0);
+    EXPECT_EQ(sepa_bankid_check("DE", nullptr, &bank), -2);
+    EXPECT_EQ(sepa_bic_getBank(nullptr, &bank), -2);
+    EXPECT_EQ(bank, nullptr);
+    EXPECT_EQ(sepa_account_check(nullptr, 0), -1);
+    EXPECT_EQ(sepa_account_check2(nullptr, nullptr, 0), -1);
+    sepa_cleanup();
+}
 
 } // namespace

@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <fstream>
-#include <list>
-#include <random>
 #include <regex>
 #include <sstream>
 
+#include "message/rulebook.h"
 #include "message_builder.h"
+#include "set_clock.h"
 
 using namespace velmora::test;
 
@@ -21,10 +20,6 @@ std::string file_text(const std::string& name) {
     std::stringstream text;
     text << file.rdbuf();
     return text.str();
-}
-
-std::string header_value(const std::string& document, const char* element) {
-    return contents(document, element).at(0);
 }
 
 // A message with every element that the rulebook's document can hold.
@@ -76,209 +71,54 @@ TEST(Document, MatchesItsSampleByteForByte) {
     }
 }
 
-TEST(Document, SchemaOfEveryRulebook) {
-    const char* const schemas[][2] = {{"008.002.02", "001.002.03"}, {"008.003.02", "001.003.03"},
-                                      {"008.001.02", "001.001.03"}, {"008.001.02", "001.001.03"},
-                                      {"008.003.02", "001.003.03"}, {"008.003.02", "001.003.03"},
-                                      {"008.001.02", "001.001.03"}, {"008.001.02", "001.001.03"},
-                                      {"008.001.02", "001.001.03"}, {"008.001.08", "001.001.09"}};
-    for (std::size_t value = 0; value < 10; ++value)
-        for (const std::uint32_t type : {ddi, cti}) {
-            const Message m = complete_message(type, all_rulebooks[value]);
-            ASSERT_EQ(add(m, type == ddi ? direct_debit() : credit_transfer()), 1);
-            const std::string schema = std::string("pain.") + schemas[value][type - 1];
-            const std::string urn = "urn:iso:std:iso:20022:tech:xsd:" + schema;
-            std::string line =
-                "\n<Document xmlns=\"" + urn + "\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"";
-            if (value != 2 && value != 3) line += " xsi:schemaLocation=\"" + urn + " " + schema + ".xsd\"";
-            EXPECT_NE(document(m).find(line + ">\n"), std::string::npos) << all_rulebooks[value];
-        }
-}
-
-TEST(Document, DirectDebitAsksForACompleteHeader) {
-    const Message m = new_message(ddi, "DE-3.5");
-    const auto refused = [&](const char* text) {
-        EXPECT_EQ(document(m), "");
-        EXPECT_EQ(error(m), text);
+// What the clock fills in is written in local time but for the time of creation, and the time zone may
+// change.
+TEST(Document, GeneratedIdentificationAndDate) {
+    // Rules instead of names, so that no time zone database has to be there.
+    constexpr const char *berlin = "CET-1CEST,M3.5.0,M10.5.0/3", *new_york = "EST5EDT,M3.2.0,M11.1.0";
+    const struct {
+        const char* zone;
+        std::time_t time;
+        const char *date, *created, *id;
+    } cases[] = {
+        {berlin, 1'782'860'523, "2026-07-01", "2026-06-30T23:02:03Z", "SEPA-20260701010203-"},
+        {new_york, 1'798'765'200, "2026-12-31", "2027-01-01T01:00:00Z", "SEPA-20261231200000-"},
+        {berlin, 1'704'065'400, "2024-01-01", "2023-12-31T23:30:00Z", "SEPA-20240101003000-"},
     };
-    refused("Missing creditor IBAN");
-    sepa_setIBAN(m.get(), own_iban);
-    refused("Missing creditor BIC");
-    sepa_setBIC(m.get(), "COBADEFF");
-    refused("Missing creditor name");
-    sepa_setName(m.get(), "Verein");
-    refused("Missing creditor identifier");
-    sepa_setCreditorIdentifier(m.get(), "DE98ZZZ09999999999");
-    refused("No transactions available");
-    add(m, direct_debit());
-    EXPECT_NE(document(m), "");
-}
-
-TEST(Document, LocalInstruments) {
-    const Message m = complete_message(ddi, "DE-2.9");
-    add(m, direct_debit());
-    const auto instrument = [&] { return contents(document(m), "Cd").at(1); };
-    EXPECT_EQ(instrument(), "CORE");
-    sepa_setDDType(m.get(), SEPA_DDTYPE_COR1);
-    EXPECT_EQ(instrument(), "COR1");
-    sepa_init(SEPA_INIT_RULEBOOK, "DE-2.6");
-    EXPECT_EQ(instrument(), "COR1") << "the oldest rulebook writes what it would not accept";
-    sepa_init(SEPA_INIT_RULEBOOK, "DE-3.0");
-    EXPECT_EQ(document(m), "");
-    EXPECT_EQ(error(m), "Unknown/unsupported LocalInstrumentCode (setDDType)");
-    sepa_setDDType(m.get(), SEPA_DDTYPE_B2B);
-    EXPECT_EQ(instrument(), "B2B");
-}
-
-TEST(Document, GeneratedIdentificationAndDateAreKept) {
-    for (const std::uint32_t type : {ddi, cti}) {
-        const auto fresh = [type] {
-            Message m = new_message(type, "DE-3.5");
+    int counter = 0;
+    for (const auto& c : cases)
+        for (const std::uint32_t type : {ddi, cti}) {
+            const Message m = new_message(type, "DE-3.5");
             sepa_setIBAN(m.get(), own_iban);
             sepa_setBIC(m.get(), "COBADEFF");
             sepa_setName(m.get(), "Verein");
-            if (type == ddi) sepa_setCreditorIdentifier(m.get(), "DE98ZZZ09999999999");
+            sepa_setCreditorIdentifier(m.get(), "DE98ZZZ09999999999");
             add(m, type == ddi ? direct_debit() : credit_transfer());
-            return m;
-        };
-        const Message first = fresh(), second = fresh();
-        const std::string id = header_value(document(first), "MsgId");
-        EXPECT_TRUE(std::regex_match(id, std::regex("SEPA-\\d{14}-\\d{7}"))) << id;
-        EXPECT_EQ(header_value(document(first), "MsgId"), id);
-        const int number = std::stoi(id.substr(20)),
-                  next = std::stoi(header_value(document(second), "MsgId").substr(20));
-        EXPECT_EQ((number + 1) % 10000000, next);
-
-        char today[11];
-        const std::time_t now = std::time(nullptr);
-        std::strftime(today, sizeof today, "%Y-%m-%d", std::localtime(&now));
-        EXPECT_EQ(header_value(document(first), type == ddi ? "ReqdColltnDt" : "ReqdExctnDt"), today);
-    }
-}
-
-TEST(Document, BlocksByDateThenSequenceType) {
-    const Message m = complete_message(ddi, "DE-3.5");
-    for (const auto& [date, sequence, id] :
-         {std::tuple{"2024-05-03", "RCUR", "1"}, std::tuple{"2024-05-01", "FRST", "2"},
-          std::tuple{"2024-05-03", "FRST", "3"}, std::tuple{"2024-05-03", "RCUR", "4"}})
-        ASSERT_EQ(
-            add(m, with(direct_debit(), {{"date", date}, {"seq", sequence}, {"id", id}, {"amount", "0.1"}})),
-            1);
-    const std::string text = document(m);
-    using Texts = std::vector<std::string>;
-    EXPECT_EQ(contents(text, "PmtInfId"), (Texts{"MSG-1-P1", "MSG-1-P2", "MSG-1-P3"}));
-    EXPECT_EQ(contents(text, "ReqdColltnDt"), (Texts{"2024-05-01", "2024-05-03", "2024-05-03"}));
-    EXPECT_EQ(contents(text, "SeqTp"), (Texts{"FRST", "FRST", "RCUR"}));
-    EXPECT_EQ(contents(text, "EndToEndId"), (Texts{"2", "3", "1", "4"}));
-    EXPECT_EQ(contents(text, "NbOfTxs"), (Texts{"4", "1", "1", "2"}));
-    EXPECT_EQ(contents(text, "CtrlSum"), (Texts{"0.40", "0.10", "0.10", "0.20"}));
-}
-
-TEST(Document, CreditTransferWithoutAnything) {
-    const Message m = new_message(cti, "DE-3.5");
-    const std::string text = document(m);
-    EXPECT_EQ(header_value(text, "NbOfTxs"), "0");
-    EXPECT_EQ(header_value(text, "CtrlSum"), "0.00");
-    EXPECT_EQ(text.find("PmtInf"), text.npos);
-    EXPECT_EQ(text.find("<Nm>"), text.npos);
-    EXPECT_TRUE(text.ends_with("\t</CstmrCdtTrfInitn>\n</Document>\n"));
-    add(m, credit_transfer());
-    const std::string with_payment = document(m);
-    EXPECT_NE(with_payment.find("<DbtrAcct>\n\t\t\t\t<Id>\n\t\t\t\t</Id>\n\t\t\t</DbtrAcct>\n"), text.npos);
-    EXPECT_NE(with_payment.find("<DbtrAgt>\n\t\t\t\t<FinInstnId>\n\t\t\t\t</FinInstnId>\n"), text.npos);
-}
-
-// The date list as it is described to callers: a date in front of another is linked through that one's back
-// link and gets none itself. Returns the dates in order, or nothing when one of them cannot be reached.
-std::vector<int> linked_dates(const std::vector<int>& arrivals) {
-    struct Node {
-        int date;
-        Node *back, *next;
-    };
-    std::list<Node> nodes;
-    Node *head = nullptr, *tail = nullptr;
-    const auto reach = [&](int date) {
-        Node* node = head;
-        while (node != nullptr && node->date < date)
-            node = node->next;
-        return node;
-    };
-    for (const int date : arrivals) {
-        Node* follower = reach(date);
-        if (follower != nullptr && follower->date == date) continue;
-        Node* node = &nodes.emplace_back(Node{date, nullptr, follower});
-        if (follower == nullptr) {
-            node->back = tail;
-            (head == nullptr ? head : tail->next) = node;
-            tail = node;
-            continue;
+            setenv("TZ", c.zone, 1);
+            clock_is_set_to = c.time;
+            const std::string text = document(m);
+            // The number of the process and a counter that counts on.
+            char number[16];
+            std::snprintf(number, sizeof number, "%07ld", (getpid() * 100L + counter++) % 10'000'000);
+            using Texts = std::vector<std::string>;
+            EXPECT_EQ(contents(text, "MsgId"), Texts{std::string(c.id) + number});
+            EXPECT_EQ(contents(text, "PmtInfId"), Texts{std::string(c.id) + number + "-P1"});
+            EXPECT_EQ(contents(text, "CreDtTm"), Texts{c.created});
+            EXPECT_EQ(contents(text, type == ddi ? "ReqdColltnDt" : "ReqdExctnDt"), Texts{c.date});
+            EXPECT_EQ(document(m), text) << "they are kept";
         }
-        if (follower == head) head = node;
-        if (follower->back != nullptr) follower->back->next = node;
-        follower->back = node;
-    }
-    for (const int date : arrivals) {
-        const Node* node = reach(date);
-        if (node == nullptr || node->date != date) return {};
-    }
-    std::vector<int> dates;
-    for (const Node* node = head; node != nullptr; node = node->next)
-        dates.push_back(node->date);
-    return dates;
 }
 
-std::string day(int number) {
-    std::tm date{};
-    date.tm_year = 2026 - 1900;
-    date.tm_mday = 1 + number;
-    std::mktime(&date);
-    char text[11];
-    std::strftime(text, sizeof text, "%Y-%m-%d", &date);
-    return text;
-}
-
-TEST(Document, OrdersOfDatesThatCannotBeWritten) {
-    EXPECT_TRUE(linked_dates({1, 5, 3, 2}).empty());
-    EXPECT_EQ(linked_dates({1, 5, 3, 4}), (std::vector{1, 3, 4, 5}));
-    EXPECT_EQ(linked_dates({5, 3, 1, 2}), (std::vector{1, 2, 3, 5}));
-    std::mt19937 random(5);
-    int refused = 0, written = 0;
-    std::vector<int> dates = {1, 2, 3, 4, 5};
-    const auto check = [&](const std::vector<int>& arrivals, std::uint32_t type) {
-        const Message m = complete_message(type, "DE-3.5");
-        for (const int date : arrivals)
-            ASSERT_EQ(
-                add(m, with(type == ddi ? direct_debit() : credit_transfer(), {{"date", day(date).c_str()}})),
-                1);
-        const std::string text = document(m);
-        const std::vector<int> expected = linked_dates(arrivals);
-        if (expected.empty()) {
-            ++refused;
-            EXPECT_EQ(text, "");
-            EXPECT_EQ(error(m), "Internal error (pmt not found)");
-            return;
-        }
-        ++written;
-        std::vector<std::string> days;
-        std::transform(expected.begin(), expected.end(), std::back_inserter(days), day);
-        EXPECT_EQ(contents(text, type == ddi ? "ReqdColltnDt" : "ReqdExctnDt"), days);
-    };
-    do {
-        check(dates, ddi);
-        check(dates, cti);
-    } while (std::next_permutation(dates.begin(), dates.end()));
-    for (int round = 0; round < 300; ++round) {
-        std::vector<int> arrivals;
-        // Mostly ascending with a few steps back, so that both outcomes occur.
-        int at = 10;
-        for (int i = 0; i < 12; ++i) {
-            at = std::max(0, at + static_cast<int>(random() % 6) - 1);
-            arrivals.push_back(at);
-        }
-        check(arrivals, round % 2 ? ddi : cti);
-    }
-    EXPECT_GT(refused, 50);
-    EXPECT_GT(written, 50);
+TEST(Rulebooks, LocalDateSelectsOne) {
+    using velmora::Day, velmora::rulebook_on;
+    for (const Day day : {Day{2023, 12, 31}, {2023, 5, 18}, {2024, 1, 31}, {2024, 4, 16}})
+        EXPECT_STREQ(rulebook_on(day).name, "DE-3.5") << day.year << '-' << day.month << '-' << day.day;
+    for (const Day day : {Day{2024, 4, 17}, {2024, 5, 1}, {2024, 12, 1}, {2025, 1, 1}})
+        EXPECT_STREQ(rulebook_on(day).name, "DE-3.7") << day.year << '-' << day.month << '-' << day.day;
+    setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1);
+    clock_is_set_to = 1'713'319'200; // 17 April in UTC, but not yet in New York
+    EXPECT_EQ(sepa_new(0), nullptr);
+    EXPECT_STREQ(velmora::selected_rulebook()->name, "DE-3.5") << "a refused call settles the rulebook, too";
 }
 
 // Every payment of a large message is in the document once, in its place, and the totals agree.
@@ -291,10 +131,11 @@ TEST(Document, LargeMessagesLoseNothing) {
         std::snprintf(id, sizeof id, "E%d", i);
         std::snprintf(amount, sizeof amount, "%d.%02d", i, i % 100);
         cents += i * 100LL + i % 100;
-        const std::string date = day(i % 300);
-        ASSERT_EQ(add(m, with(direct_debit(),
-                              {{"id", id}, {"amount", i == 0 ? "0.01" : amount}, {"date", date.c_str()}})),
-                  1);
+        char date[11];
+        std::snprintf(date, sizeof date, "2026-%02d-%02d", i % 300 / 25 + 1, i % 25 + 1);
+        ASSERT_EQ(
+            add(m, with(direct_debit(), {{"id", id}, {"amount", i == 0 ? "0.01" : amount}, {"date", date}})),
+            1);
     }
     const std::string text = document(m);
     auto ids = contents(text, "EndToEndId");
@@ -304,7 +145,7 @@ TEST(Document, LargeMessagesLoseNothing) {
     EXPECT_EQ(std::unique(ids.begin(), ids.end()), ids.end());
     char sum[32];
     __sepa_d2str(sum, sizeof sum, static_cast<double>(cents + 1) / 100);
-    EXPECT_EQ(header_value(text, "CtrlSum"), sum);
+    EXPECT_EQ(contents(text, "CtrlSum")[0], sum);
     EXPECT_EQ(contents(text, "PmtInfId").size(), 300u);
 }
 

@@ -1,0 +1,83 @@
+// Functions that the library is about to get; until then what it has answers in their place.
+#pragma once
+
+#include <cstdlib>
+#include <cstring>
+#include <velmora.h>
+
+namespace velmora::tool {
+
+enum {
+    SEPA_FINDING_OK = 0,
+    SEPA_FINDING_EMPTY = 1,
+    SEPA_FINDING_COUNTRY = 2,
+    SEPA_FINDING_TOO_SHORT = 3,
+    SEPA_FINDING_TOO_LONG = 4,
+    SEPA_FINDING_CHARACTER = 5,
+    SEPA_FINDING_CLASS = 6,
+    SEPA_FINDING_CHECK_DIGITS = 7,
+    SEPA_FINDING_BANK_CODE = 8,
+    SEPA_FINDING_ACCOUNT = 9,
+    SEPA_FINDING_UNCHECKED = 15
+};
+struct sepa_finding_t {
+    int32_t code, position, length, expected;
+    char method[3];
+    const char* text;
+};
+
+inline int sepa_iban_explain(const char* iban, sepa_finding_t* finding) {
+    const int result = sepa_iban_check(iban);
+    *finding = {result == 1 ? SEPA_FINDING_OK : SEPA_FINDING_CHECK_DIGITS,
+                -1,
+                0,
+                0,
+                "",
+                result == 1 ? "" : "Invalid IBAN"};
+    return result;
+}
+inline int sepa_bic_explain(const char* bic, sepa_finding_t* finding) {
+    const int result = sepa_bic_getBank(bic, nullptr) == 1 ? 1 : -1;
+    *finding = {result == 1 ? SEPA_FINDING_OK : SEPA_FINDING_CHARACTER,
+                -1,
+                0,
+                0,
+                "",
+                result == 1 ? "" : "Invalid BIC"};
+    return result;
+}
+inline int sepa_account_explain(const char* account, const char* bank_code, sepa_finding_t* finding) {
+    const int result = sepa_iban_convert("DE", account, bank_code, nullptr, nullptr) == 1 ? 1 : -1;
+    *finding = {result == 1 ? SEPA_FINDING_UNCHECKED : SEPA_FINDING_ACCOUNT,
+                -1,
+                0,
+                0,
+                "",
+                result == 1 ? "" : "Invalid account"};
+    return result;
+}
+inline int sepa_iban_suggest(const char*, char*, size_t) {
+    return 0;
+}
+inline int sepa_iban_convert2(const char* country, const char* account, const char* bank_code, char* iban,
+                              int* status, int* account_result) {
+    uint8_t small = 0;
+    const int result = sepa_iban_convert(country, account, bank_code, iban, &small);
+    *status = small;
+    *account_result = 0;
+    return result;
+}
+inline int sepa_bank_next(const char*, uint32_t*, char*, sepa_bank_t**) {
+    return 0;
+}
+inline int sepa_bankid_method(const char*, char*, int*) {
+    return -1;
+}
+inline const char* sepa_data_date(const char*) {
+    return nullptr;
+}
+inline int sepa_reference_check(const char*) {
+    return -1;
+}
+
+} // namespace velmora::tool

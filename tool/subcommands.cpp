@@ -1,0 +1,72 @@
+#include "subcommands.h"
+
+namespace velmora::tool {
+namespace {
+
+constexpr SubcommandRow table[] = {
+    {sub::check, "check", "iban|bic|account|reference|creditor [VALUE|FILE|-]...",
+     "check IBANs, BICs, German accounts, creditor references and identifiers",
+     "Says whether a value is valid, and if not, why and where. An account is given as BANK CODE/ACCOUNT. "
+     "What is "
+     "there are values; with --filter, --column, --input or --jobs they are files, and - is standard input.\n"
+     "With --filter each line of standard input gets exactly one line, in order and without a header, "
+     "whatever "
+     "bytes it holds: so other programs can use it as a function. With --column the answer is appended to "
+     "the rows "
+     "of a table.",
+     "value, valid, code, position, text, bank, bic, city; with --suggest: suggestions",
+     "velmora check iban DE89370400440532013000\n"
+     "velmora check iban --filter < ibans.txt\n"
+     "velmora check iban --column iban --jobs 4 customers.csv",
+     run_check},
+    {sub::convert, "convert", "[BANK_CODE ACCOUNT|FILE|-]...", "German bank codes and accounts to IBANs",
+     "Builds the IBAN by the rule of the bank. The column account says what the check digit of the account "
+     "gave; "
+     "the rules of most banks build IBANs for accounts whose check digit is wrong, too.",
+     "iban, bic, status, account (valid, invalid, unchecked), text",
+     "velmora convert 37040044 532013000\n"
+     "velmora convert --columns blz,account old.csv",
+     run_convert},
+    {sub::bank, "bank", "[CODE|BIC|IBAN|FILE|-]...", "look up banks in the directory",
+     "Finds banks by their national code, BIC or the IBAN of an account, or searches names and cities. sct, "
+     "sdd, "
+     "cor1 and b2b say in which SEPA schemes the bank can be reached.",
+     "country, code, bic, name, postcode, city, sct, sdd, cor1, b2b",
+     "velmora bank 37040044 COBADEFFXXX\n"
+     "velmora bank --search münchen",
+     run_bank},
+    {sub::methods, "methods", "[METHOD ACCOUNT]...", "check digit methods of German accounts",
+     "Lists the methods with the number of banks that use each, or checks accounts by a method: 1 is valid, "
+     "0 not "
+     "checkable, 2 valid without its sub-account, -1 invalid.",
+     "method, checked, banks; with METHOD and ACCOUNT: method, result", "velmora methods 13 532013000",
+     run_methods},
+    {sub::help, "help", "[SUBCOMMAND]", "tell what a subcommand does",
+     "Shows all subcommands or one of them; prints the manual page or the completion for a shell.", nullptr,
+     "velmora help check\n"
+     "velmora help --completion bash > ~/.local/share/bash-completion/completions/velmora",
+     run_help},
+    {sub::version, "version", "", "version, and the dates of the bank data",
+     "Shows the version of the library and from when the data of its bank directory are.", nullptr, nullptr,
+     run_version},
+};
+
+} // namespace
+
+std::span<const SubcommandRow> subcommand_table() {
+    return table;
+}
+
+const SubcommandRow* find_subcommand(Subcommand id) {
+    for (const SubcommandRow& row : table)
+        if (row.id == id) return &row;
+    return nullptr;
+}
+
+const SubcommandRow* find_subcommand(Text name) {
+    for (const SubcommandRow& row : table)
+        if (row.name == name) return &row;
+    return nullptr;
+}
+
+} // namespace velmora::tool

@@ -13,20 +13,6 @@ namespace {
 constexpr std::size_t first_block = std::size_t{16} << 10;
 constexpr std::size_t largest_block = std::size_t{8} << 20;
 
-// Large blocks are pages; small ones are wiped before they are released.
-void* allocate_block(std::size_t size) {
-    return size >= smallest_pages ? map_pages(size) : std::malloc(size);
-}
-
-void release_block(void* block, std::size_t size, std::size_t used) {
-    if (size >= smallest_pages) {
-        unmap_pages(block, size);
-    } else {
-        explicit_bzero(block, used);
-        std::free(block);
-    }
-}
-
 } // namespace
 
 FileText FileText::allocate(std::size_t size) {

@@ -24,16 +24,17 @@ public:
     }
     ~OwnedText() { reset(); }
 
-    // Releases the present text, then copies the new one. False without memory: nothing is set then.
+    // Copies a text, which may overlap the present one, and releases that. False without memory: what was set
+    // stays.
     bool assign(std::string_view text) {
-        reset();
-        auto* block = static_cast<char*>(std::malloc(header_size + text.size() + 1));
-        if (block == nullptr) return false;
         const std::size_t length = text.size();
+        auto* block = static_cast<char*>(std::malloc(header_size + length + 1));
+        if (block == nullptr) return false;
         std::memcpy(block, &length, header_size);
+        std::memcpy(block + header_size, text.data(), length);
+        block[header_size + length] = '\0';
+        reset();
         text_ = block + header_size;
-        std::memcpy(text_, text.data(), length);
-        text_[length] = '\0';
         return true;
     }
 

@@ -1,6 +1,8 @@
 #include "base/pages.h"
 
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <sys/mman.h>
 
 namespace velmora {
@@ -30,6 +32,25 @@ void* map_pages(std::size_t size) {
 
 void unmap_pages(void* pages, std::size_t size) {
     munmap(pages, size);
+}
+
+void* allocate_block(std::size_t size) {
+    return size >= smallest_pages ? map_pages(size) : std::malloc(size);
+}
+
+void release_block(void* block, std::size_t size, std::size_t used) {
+    if (size >= smallest_pages) {
+        unmap_pages(block, size);
+    } else {
+        explicit_bzero(block, used);
+        std::free(block);
+    }
+}
+
+void prefer_huge_pages(void* block, std::size_t size) {
+    const std::size_t skipped = (0 - reinterpret_cast<std::uintptr_t>(block)) % huge_page;
+    if (size < skipped + huge_page) return;
+    madvise(static_cast<char*>(block) + skipped, (size - skipped) / huge_page * huge_page, MADV_HUGEPAGE);
 }
 
 } // namespace velmora

@@ -14,4 +14,12 @@ void* map_pages(std::size_t size);
 
 void unmap_pages(void* pages, std::size_t size);
 
+// Large blocks are pages; small ones are wiped, as far as they were used, before they are released. Null
+// without memory.
+void* allocate_block(std::size_t size);
+void release_block(void* block, std::size_t size, std::size_t used);
+
+// The hint alone, for memory of malloc(): its failure is ignored.
+void prefer_huge_pages(void* block, std::size_t size);
+
 } // namespace velmora

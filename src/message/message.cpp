@@ -1,28 +1,7 @@
 #include "message/message.h"
 
-#include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <new>
-
-#include "message/rulebook.h"
-
-namespace velmora {
-
-int fail(sepa_t* message, const char* text) {
-    message->last_error = text;
-    return 0;
-}
-
-int fail_with(sepa_t* message, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(message->error_buffer, sizeof message->error_buffer, format, arguments);
-    va_end(arguments);
-    return fail(message, message->error_buffer);
-}
-
-} // namespace velmora
 
 using namespace velmora;
 
@@ -46,11 +25,6 @@ sepa_t* sepa_new(uint32_t type) {
 
 void sepa_free(sepa_t* message) {
     if (message == nullptr) return;
-    for (Transaction* transaction = message->first; transaction != nullptr;) {
-        Transaction* next = transaction->next;
-        free_transaction(transaction);
-        transaction = next;
-    }
     for (RetiredId* id = message->retired_ids; id != nullptr;) {
         RetiredId* next = id->next;
         id->~RetiredId();
@@ -58,12 +32,13 @@ void sepa_free(sepa_t* message) {
         id = next;
     }
     message->~sepa_t();
-    explicit_bzero(static_cast<void*>(message), sizeof *message); // the error buffer may quote an account
+    explicit_bzero(static_cast<void*>(message),
+                   sizeof *message); // the text of a failure may quote an account
     std::free(message);
 }
 
 const char* sepa_getError(sepa_t* message) {
-    return message == nullptr ? "Invalid sepa_t handle (NULL)" : message->last_error;
+    return message == nullptr ? "Invalid sepa_t handle (NULL)" : message->failure.text();
 }
 
 void sepa_cleanup(void) {

@@ -1,10 +1,12 @@
-// The message object: header, transactions and the text of its last failure.
+// The message object: header, payments and the text of its last failure.
 #pragma once
 
 #include <cstdint>
 
 #include "base/owned_text.h"
-#include "message/transaction.h"
+#include "message/failure.h"
+#include "message/payment_list.h"
+#include "message/rulebook.h"
 #include "velmora.h"
 
 namespace velmora {
@@ -18,30 +20,26 @@ struct RetiredId {
 } // namespace velmora
 
 struct sepa {
-    std::uint32_t type = 0;           // SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI
-    const char* last_error = nullptr; // a constant text or error_buffer
-    velmora::OwnedText iban;          // the message's own account: creditor of a DDI, debtor of a CTI
+    std::uint32_t type = 0; // SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI
+    velmora::Failure failure;
+    velmora::OwnedText iban; // the message's own account: creditor of a DDI, debtor of a CTI
     velmora::OwnedText bic;
     velmora::OwnedText name;
     velmora::OwnedText creditor_identifier;
-    velmora::OwnedText date; // yyyy-mm-dd, for transactions without a date of their own
+    velmora::OwnedText date; // yyyy-mm-dd, for payments without a date of their own
     velmora::OwnedText message_id;
     velmora::RetiredId* retired_ids = nullptr;
-    char error_buffer[256] = {};
-    std::uint32_t transaction_count = 0;
-    double control_sum = 0;
+    velmora::PaymentList payments;
+    double control_sum = 0; // euros, added in the order of adding
     std::uint32_t direct_debit_type = SEPA_DDTYPE_CORE;
     std::uint8_t batch_booking = 1;
-    velmora::Transaction* first = nullptr; // in the order of adding
-    velmora::Transaction* last = nullptr;
 };
 
 namespace velmora {
 
-// Keeps a constant text as the message's last error. Always 0, the result of a failed operation.
-int fail(sepa_t* message, const char* text);
-
-// The same for a text with the offending value in it, cut to the message's error buffer.
-[[gnu::format(printf, 2, 3)]] int fail_with(sepa_t* message, const char* format, ...);
+// The rulebook that a message is checked and written by.
+inline const Rulebook& rulebook_of(const sepa_t&) {
+    return *selected_rulebook();
+}
 
 } // namespace velmora

@@ -1,12 +1,41 @@
 // The properties of a payment: which keys there are and what their values must look like.
 #pragma once
 
-#include "message/message.h"
+#include <cstdint>
+
+#include "message/characters.h"
+#include "message/payment.h"
+#include "message/rulebook.h"
 
 namespace velmora {
 
-// Checks one key and value and stores it in the payment. False when it is refused: the message then holds
-// the reason.
-bool set_property(sepa_t* message, Transaction& transaction, const char* key, const char* value);
+enum class Kind : std::uint8_t {
+    text,
+    address, // of the structured address
+    country,
+    iban,
+    bic,
+    sequence,
+    amount,
+    smnda,
+    refused,
+};
+
+enum class MessageTypes : std::uint8_t { direct_debits = 1, credit_transfers = 2, both = 3 };
+
+struct Property {
+    char key[12];
+    MessageTypes messages;
+    Traits needs; // of the rulebook; without them the row does not count
+    Kind kind;
+    Field field;
+    CharacterSet characters;
+    std::uint8_t shortest, longest; // in bytes
+    char refusal[72];               // when the limits are not kept; for refused keys always
+    char value_name[36];            // what the value is called in the text about a forbidden character
+};
+
+// The row of a key, in any case, for a message type; null when it is not known there.
+const Property* find_property(const char* key, std::uint32_t message_type, const Rulebook& rulebook);
 
 } // namespace velmora

@@ -4,117 +4,81 @@
 namespace velmora {
 namespace {
 
-// What is the same in every block: the debtor, as far as it is set.
-void write_debtor(DocumentWriter& out, const sepa_t& message) {
-    out.fixed("\t\t\t<Dbtr>\n");
-    out.escaped("\t\t\t\t<Nm>", message.name, "</Nm>\n");
-    out.fixed("\t\t\t</Dbtr>\n"
-              "\t\t\t<DbtrAcct>\n"
-              "\t\t\t\t<Id>\n");
-    if (message.iban) out.line("\t\t\t\t\t<IBAN>", message.iban.view(), "</IBAN>\n");
-    out.fixed("\t\t\t\t</Id>\n"
-              "\t\t\t</DbtrAcct>\n"
-              "\t\t\t<DbtrAgt>\n"
-              "\t\t\t\t<FinInstnId>\n");
-    if (message.bic) write_bic(out, "\t\t\t\t\t", message.bic);
-    out.fixed("\t\t\t\t</FinInstnId>\n"
-              "\t\t\t</DbtrAgt>\n"
-              "\t\t\t<ChrgBr>SLEV</ChrgBr>\n");
-}
-
-// Deliberate: the country follows the address lines here, and the closing tag ends without a line feed
-// (callers compare documents).
-void write_address(DocumentWriter& out, const Transaction& t) {
-    if (!has_postal_address(t)) return;
-    out.fixed("\t\t\t\t\t<PstlAdr>\n");
-    if (uses_structured_address(*selected_rulebook())) {
-        write_structured_address(out, t);
+// Deliberate: the country follows the address lines here, and the closing tag ends without a line feed; files
+// are compared.
+void write_address(DocumentWriter& out, const Rulebook& rulebook, const Payment& p) {
+    if (!has_postal_address(p)) return;
+    out.line("\t\t\t\t\t<PstlAdr>\n");
+    if (uses_structured_address(rulebook)) {
+        write_structured_address(out, p);
     } else {
-        write_address_lines(out, t);
-        write_country(out, t);
+        write_address_lines(out, p);
+        write_country(out, p);
     }
-    out.fixed("\t\t\t\t\t</PstlAdr>");
+    out.line("\t\t\t\t\t</PstlAdr>");
 }
 
-void write_transaction(DocumentWriter& out, const Transaction& t) {
-    out.fixed("\t\t\t<CdtTrfTxInf>\n");
-    write_payment_id(out, t);
+void write_transaction(DocumentWriter& out, const Rulebook& rulebook, const Payment& p) {
+    out.line("\t\t\t<CdtTrfTxInf>\n");
+    write_payment_id(out, p);
     out.amount("\t\t\t\t<Amt>\n"
                "\t\t\t\t\t<InstdAmt Ccy=\"EUR\">",
-               t.amount,
+               p.amount,
                "</InstdAmt>\n"
                "\t\t\t\t</Amt>\n");
-    if (t[Field::bic]) {
-        out.fixed("\t\t\t\t<CdtrAgt>\n"
-                  "\t\t\t\t<FinInstnId>\n");
-        write_bic(out, "\t\t\t\t\t", t[Field::bic]);
-        out.fixed("\t\t\t\t</FinInstnId>\n"
-                  "\t\t\t\t</CdtrAgt>\n");
+    if (p.has(Field::bic)) {
+        out.line("\t\t\t\t<CdtrAgt>\n"
+                 "\t\t\t\t<FinInstnId>\n");
+        write_bic(out, rulebook, "\t\t\t\t\t", p[Field::bic]);
+        out.line("\t\t\t\t</FinInstnId>\n"
+                 "\t\t\t\t</CdtrAgt>\n");
     }
-    out.fixed("\t\t\t\t<Cdtr>\n");
-    out.escaped("\t\t\t\t\t<Nm>", t[Field::name], "</Nm>\n");
-    write_address(out, t);
-    out.fixed("\t\t\t\t</Cdtr>\n"
-              "\t\t\t\t<CdtrAcct>\n"
-              "\t\t\t\t<Id>\n");
-    out.line("\t\t\t\t\t<IBAN>", t[Field::iban].view(), "</IBAN>\n");
-    out.fixed("\t\t\t\t</Id>\n"
-              "\t\t\t\t</CdtrAcct>\n");
-    if (t[Field::purpose])
+    out.line("\t\t\t\t<Cdtr>\n");
+    out.escaped("\t\t\t\t\t<Nm>", p[Field::name], "</Nm>\n");
+    write_address(out, rulebook, p);
+    out.line("\t\t\t\t</Cdtr>\n"
+             "\t\t\t\t<CdtrAcct>\n"
+             "\t\t\t\t<Id>\n"
+             "\t\t\t\t\t<IBAN>",
+             p[Field::iban],
+             "</IBAN>\n"
+             "\t\t\t\t</Id>\n"
+             "\t\t\t\t</CdtrAcct>\n");
+    if (p.has(Field::purpose))
         out.line("\t\t\t\t<Purp>\n"
                  "\t\t\t\t\t<Cd>",
-                 t[Field::purpose].view(),
+                 p[Field::purpose],
                  "</Cd>\n"
                  "\t\t\t\t</Purp>\n");
-    out.fixed("\t\t\t\t<RmtInf>\n");
-    out.escaped("\t\t\t\t\t<Ustrd>", t[Field::remittance], "</Ustrd>\n");
-    out.fixed("\t\t\t\t</RmtInf>\n"
-              "\t\t\t</CdtTrfTxInf>\n");
+    out.line("\t\t\t\t<RmtInf>\n");
+    out.escaped("\t\t\t\t\t<Ustrd>", p[Field::remittance], "</Ustrd>\n");
+    out.line("\t\t\t\t</RmtInf>\n"
+             "\t\t\t</CdtTrfTxInf>\n");
 }
 
-void write_block(DocumentWriter& out, const sepa_t& message, const PaymentBlock& block, std::size_t number) {
-    write_block_header(out, message, block, number, "TRF");
-    out.fixed("\t\t\t<PmtTpInf>\n"
-              "\t\t\t\t<SvcLvl>\n"
-              "\t\t\t\t\t<Cd>SEPA</Cd>\n"
-              "\t\t\t\t</SvcLvl>\n"
-              "\t\t\t</PmtTpInf>\n");
-    if (uses_schema_of_2019(*selected_rulebook()))
+void write_block(DocumentWriter& out, const Document& document, const PaymentBlock& block,
+                 std::size_t number) {
+    write_block_header(out, document.message, block, number, "TRF");
+    out.line("\t\t\t<PmtTpInf>\n"
+             "\t\t\t\t<SvcLvl>\n"
+             "\t\t\t\t\t<Cd>SEPA</Cd>\n"
+             "\t\t\t\t</SvcLvl>\n"
+             "\t\t\t</PmtTpInf>\n");
+    if (uses_schema_of_2019(document.rulebook))
         out.line("\t\t\t<ReqdExctnDt><Dt>", block.date, "</Dt></ReqdExctnDt>\n");
     else
         out.line("\t\t\t<ReqdExctnDt>", block.date, "</ReqdExctnDt>\n");
-    write_debtor(out, message);
-    for (const Transaction* transaction : block.transactions) {
-        out.reserve_payment();
-        write_transaction(out, *transaction);
-    }
-    out.fixed("\t\t</PmtInf>\n");
+    write_own_side(out, document, {"Dbtr", "DbtrAcct", "DbtrAgt"});
 }
 
 } // namespace
 
-const char* write_credit_transfers(DocumentWriter& out, sepa_t* message) {
-    const std::time_t now = std::time(nullptr);
-    if (!ensure_message_id(message, now)) return "cti_toXML: strdup() failed";
-    const Rulebook* rulebook = selected_rulebook();
-
-    write_document_open(out, rulebook->credit_transfer_schema, *rulebook);
-    out.fixed("\t<CstmrCdtTrfInitn>\n");
-    write_group_header(out, *message, now);
-    out.fixed("\t\t\t<InitgPty>\n");
-    // Deliberate: the name is not escaped here, unlike everywhere else (callers rely on it).
-    if (message->name) out.line("\t\t\t\t<Nm>", message->name.view(), "</Nm>\n");
-    out.fixed("\t\t\t</InitgPty>\n"
-              "\t\t</GrpHdr>\n");
-
-    if (out.failed) return nullptr;
-    PaymentBlocks blocks;
-    if (const char* error = blocks.group(*message)) return error;
-    std::size_t number = 0;
-    for (const PaymentBlock& block : blocks.view())
-        write_block(out, *message, block, ++number);
-    out.fixed("\t</CstmrCdtTrfInitn>\n");
-    return nullptr;
+void write_credit_transfers(DocumentWriter& out, const Document& document) {
+    const Rulebook& rulebook = document.rulebook;
+    write_document(
+        out, document, rulebook.credit_transfer_schema, "CstmrCdtTrfInitn",
+        [&](const PaymentBlock& block, std::size_t number) { write_block(out, document, block, number); },
+        [&](const Payment& payment) { write_transaction(out, rulebook, payment); });
 }
 
 } // namespace velmora

@@ -1,6 +1,8 @@
 #include "xml/payment_blocks.h"
 
 #include <algorithm>
+#include <bit>
+#include <compare>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -22,44 +24,69 @@ Array<T> allocate(std::size_t count) {
 constexpr std::size_t date_length = 10;
 constexpr char out_of_memory[] = "Out of memory";
 
-// A date text as two numbers that compare like the text.
-struct Date {
-    std::uint64_t head = 0;
-    std::uint16_t tail = 0;
+// What the payments of a block have in common. The date stands in numbers that compare like its text.
+struct BlockKey {
+    std::uint64_t date_head;
+    std::uint16_t date_tail;
+    SequenceType sequence_type;
 
-    explicit Date(std::string_view text) {
-        const auto byte = [&](std::size_t i) {
-            return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
-        };
-        for (std::size_t i = 0; i < 8; ++i)
-            head = head << 8 | byte(i);
-        tail = static_cast<std::uint16_t>(byte(8) << 8 | byte(9));
+    BlockKey(std::string_view date, SequenceType type) : date_head(0), date_tail(0), sequence_type(type) {
+        std::memcpy(&date_head, date.data(), sizeof date_head);
+        std::memcpy(&date_tail, date.data() + sizeof date_head, sizeof date_tail);
+        if constexpr (std::endian::native == std::endian::little) {
+            date_head = __builtin_bswap64(date_head);
+            date_tail = __builtin_bswap16(date_tail);
+        }
     }
-    friend auto operator<=>(const Date&, const Date&) = default;
-};
+    friend auto operator<=>(const BlockKey&, const BlockKey&) = default;
 
-// One payment on its way into a block. Payments sort by date, sequence type and order of adding.
-struct Entry {
-    Date date;
-    std::uint32_t sequence_type;
-    std::uint32_t position;
-    const Transaction* transaction;
-
-    bool same_block(const Entry& other) const {
-        return date == other.date && sequence_type == other.sequence_type;
+    bool same_date(const BlockKey& other) const {
+        return date_head == other.date_head && date_tail == other.date_tail;
+    }
+    std::uint64_t hash() const {
+        constexpr std::uint64_t factor = 0x9E3779B97F4A7C15;
+        return (date_head ^ std::uint64_t{date_tail} << 16 ^ sequence_type) * factor;
     }
 };
 
-bool operator<(const Entry& a, const Entry& b) {
-    if (a.date != b.date) return a.date < b.date;
-    if (a.sequence_type != b.sequence_type) return a.sequence_type < b.sequence_type;
-    return a.position < b.position;
-}
+// A block while its payments are counted.
+struct Group {
+    BlockKey key;
+    std::uint32_t first_position; // in the message, of the payment that brought it
+    std::uint32_t count;
+    std::uint32_t next;  // where its next payment goes
+    std::uint32_t block; // its place among the finished blocks
+    std::string_view date;
+};
 
-std::string_view date_of(const sepa_t& message, const Transaction& transaction) {
-    const OwnedText& own = transaction[Field::date];
-    return own ? own.view() : message.date.view();
-}
+// The groups in the order of their first payments, found by their key.
+class Groups {
+public:
+    // False without memory.
+    bool allocate_for(std::size_t payments) {
+        mask_ = std::bit_ceil(payments * 2) - 1;
+        groups_ = allocate<Group>(payments); // nearly always far too many: what is not touched costs nothing
+        slots_ = allocate<std::uint32_t>(mask_ + 1);
+        return groups_ != nullptr && slots_ != nullptr;
+    }
+
+    std::uint32_t find_or_add(const BlockKey& key, std::string_view date, std::uint32_t position) {
+        std::size_t slot = key.hash() >> 32 & mask_;
+        for (; slots_[slot] != 0; slot = (slot + 1) & mask_)
+            if (groups_[slots_[slot] - 1].key == key) return slots_[slot] - 1;
+        groups_[count_] = {key, position, 0, 0, 0, date};
+        return (slots_[slot] = ++count_) - 1;
+    }
+
+    Group& operator[](std::uint32_t index) const { return groups_[index]; }
+    std::uint32_t count() const { return count_; }
+
+private:
+    Array<Group> groups_;
+    Array<std::uint32_t> slots_;
+    std::size_t mask_ = 0;
+    std::uint32_t count_ = 0;
+};
 
 // A date of the document, in ascending order of the dates.
 struct DateEntry {
@@ -70,9 +97,9 @@ struct DateEntry {
 
 constexpr std::uint32_t none = UINT32_MAX;
 
-// Deliberate: not every order of dates makes a document (callers rely on it). A date that arrives before an
-// earlier one is linked in front of it through that one's back link, and gets no back link itself. So no date
-// can go in front of one without a back link, unless that one is the first of all.
+// Deliberate: not every order of dates makes a document; programs expect the failure. A date that arrives
+// before an earlier one is linked in front of it through that one's back link, and gets no back link itself.
+// So no date can go in front of one without a back link, unless that one is the first of all.
 bool dates_can_be_linked(std::span<DateEntry> dates, std::span<std::uint32_t> arrival) {
     for (std::uint32_t i = 0; i < dates.size(); ++i)
         arrival[i] = i;
@@ -106,20 +133,20 @@ bool dates_can_be_linked(std::span<DateEntry> dates, std::span<std::uint32_t> ar
     return true;
 }
 
-// Whether the dates of the sorted entries can be linked; null when they can.
-const char* check_order_of_dates(std::span<const Entry> entries) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < entries.size(); ++i)
-        count += i == 0 || entries[i].date != entries[i - 1].date;
-    if (count == 1) return nullptr;
-
-    const Array<DateEntry> dates = allocate<DateEntry>(count);
-    const Array<std::uint32_t> arrival = allocate<std::uint32_t>(count);
+// Whether the dates of the sorted groups can be linked; null when they can.
+const char* check_order_of_dates(const Groups& groups, std::span<const std::uint32_t> sorted) {
+    const Array<DateEntry> dates = allocate<DateEntry>(sorted.size());
+    const Array<std::uint32_t> arrival = allocate<std::uint32_t>(sorted.size());
     if (dates == nullptr || arrival == nullptr) return out_of_memory;
-    DateEntry* date = dates.get() - 1;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (i == 0 || entries[i].date != entries[i - 1].date) (++date)->first_position = entries[i].position;
-        date->first_position = std::min(date->first_position, entries[i].position);
+    std::size_t count = 0;
+    const BlockKey* last = nullptr;
+    for (const std::uint32_t index : sorted) {
+        const Group& group = groups[index];
+        if (last == nullptr || !group.key.same_date(*last))
+            dates[count++].first_position = group.first_position;
+        std::uint32_t& first = dates[count - 1].first_position;
+        first = std::min(first, group.first_position);
+        last = &group.key;
     }
     return dates_can_be_linked({dates.get(), count}, {arrival.get(), count})
                ? nullptr
@@ -130,40 +157,54 @@ const char* check_order_of_dates(std::span<const Entry> entries) {
 
 PaymentBlocks::~PaymentBlocks() {
     std::free(blocks_);
-    std::free(transactions_);
+    std::free(payments_);
 }
 
 const char* PaymentBlocks::group(const sepa_t& message) {
-    const std::size_t total = message.transaction_count;
+    const std::size_t total = message.payments.count();
     if (total == 0) return nullptr;
 
+    Groups groups;
+    const Array<std::uint32_t> group_of = allocate<std::uint32_t>(total);
+    if (group_of == nullptr || !groups.allocate_for(total)) return out_of_memory;
     const bool by_sequence = message.type == SEPA_MSGTYPE_DDI;
-    const Array<Entry> memory = allocate<Entry>(total);
-    if (memory == nullptr) return out_of_memory;
-    const std::span<Entry> entries(memory.get(), total);
-    std::uint32_t position = 0;
-    for (const Transaction* t = message.first; t != nullptr; t = t->next, ++position)
-        entries[position] = {Date(date_of(message, *t)), by_sequence ? t->sequence_type : no_sequence_type,
-                             position, t};
-    std::sort(entries.begin(), entries.end());
-    if (const char* error = check_order_of_dates(entries)) return error;
+    std::uint32_t position = 0, current = 0;
+    for (const StoredPayment* payment = message.payments.first(); payment != nullptr;
+         payment = payment->next(), ++position) {
+        const std::string_view own = (*payment)[Field::date];
+        const std::string_view date = own.data() != nullptr ? own : message.date.view();
+        const BlockKey key(date, by_sequence ? payment->numbers().sequence_type : no_sequence_type);
+        if (position == 0 || groups[current].key != key) current = groups.find_or_add(key, date, position);
+        ++groups[current].count;
+        group_of[position] = current;
+    }
 
-    for (std::size_t i = 0; i < total; ++i)
-        count_ += i == 0 || !entries[i].same_block(entries[i - 1]);
-    blocks_ = allocate<PaymentBlock>(count_).release();
-    transactions_ = allocate<const Transaction*>(total).release();
-    if (blocks_ == nullptr || transactions_ == nullptr) return out_of_memory;
+    const Array<std::uint32_t> order = allocate<std::uint32_t>(groups.count());
+    if (order == nullptr) return out_of_memory;
+    const std::span<std::uint32_t> sorted(order.get(), groups.count());
+    for (std::uint32_t i = 0; i < groups.count(); ++i)
+        sorted[i] = i;
+    std::sort(sorted.begin(), sorted.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return groups[a].key < groups[b].key; });
+    if (const char* error = check_order_of_dates(groups, sorted)) return error;
 
-    PaymentBlock* block = blocks_;
-    for (std::size_t begin = 0, end; begin < total; begin = end, ++block) {
-        const Entry& first = entries[begin];
-        block->sequence_type = first.sequence_type;
-        date_of(message, *first.transaction).copy(block->date, date_length);
-        for (end = begin; end < total && entries[end].same_block(first); ++end) {
-            transactions_[end] = entries[end].transaction;
-            block->sum += entries[end].transaction->amount;
-        }
-        block->transactions = {transactions_ + begin, end - begin};
+    blocks_ = allocate<PaymentBlock>(groups.count()).release();
+    payments_ = allocate<const StoredPayment*>(total).release();
+    if (blocks_ == nullptr || payments_ == nullptr) return out_of_memory;
+    std::uint32_t next = 0;
+    for (const std::uint32_t index : sorted) {
+        Group& group = groups[index];
+        group.next = next;
+        group.block = static_cast<std::uint32_t>(count_);
+        blocks_[count_++] = {group.date, group.key.sequence_type, 0, {payments_ + next, group.count}};
+        next += group.count;
+    }
+    position = 0;
+    for (const StoredPayment* payment = message.payments.first(); payment != nullptr;
+         payment = payment->next(), ++position) {
+        Group& group = groups[group_of[position]];
+        payments_[group.next++] = payment;
+        blocks_[group.block].sum += payment->numbers().amount;
     }
     return nullptr;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "message/message.h"
 
@@ -10,10 +11,10 @@ namespace velmora {
 
 // Payments with the same date and, in a direct debit document, the same sequence type.
 struct PaymentBlock {
-    char date[11];
-    std::uint32_t sequence_type;                      // no_sequence_type in a credit transfer document
-    double sum;                                       // added in the order of adding
-    std::span<const Transaction* const> transactions; // in the order of adding
+    std::string_view date;                          // ten characters
+    SequenceType sequence_type;                     // no_sequence_type in a credit transfer document
+    double sum;                                     // added in the order of adding
+    std::span<const StoredPayment* const> payments; // in the order of adding
 };
 
 // The blocks of a document in the order of writing: by date, then by sequence type.
@@ -32,7 +33,7 @@ public:
 
 private:
     PaymentBlock* blocks_ = nullptr;
-    const Transaction** transactions_ = nullptr;
+    const StoredPayment** payments_ = nullptr;
     std::size_t count_ = 0;
 };
 

@@ -10,6 +10,7 @@
 #include <regex>
 #include <sstream>
 
+#include "command.h"
 #include "message_builder.h"
 
 namespace {
@@ -74,9 +75,9 @@ struct Caller {
         }
         return result;
     }
-    json from_document(const std::function<std::string(const std::string&)>& what) const {
+    json from_document(const std::function<json(const std::string&)>& what) const {
         const std::string text = document(message);
-        return text.empty() ? error(message) : what(text);
+        return text.empty() ? json(error(message)) : what(text);
     }
     json days_of(const std::string& days) {
         begin();
@@ -86,7 +87,7 @@ struct Caller {
             date[8] = static_cast<char>('0' + day / 10), date[9] = static_cast<char>('0' + day % 10);
             EXPECT_EQ(add_with({{"date", date}}), 1);
         }
-        return from_document([](const std::string& text) {
+        return from_document([](const std::string& text) -> json {
             std::string found;
             for (std::size_t at = 0; (at = text.find(">2027-01-", at)) != text.npos; at += 9)
                 found += (found.empty() ? "" : ", ") + std::to_string(std::stoi(text.substr(at + 9, 2)));
@@ -137,16 +138,44 @@ const std::map<std::string, Call> calls = {
     {"dates", [](Caller& on, const char* text, auto&) { return on.days_of(text); }},
     {"document",
      [](Caller& on, const char* text, auto&) {
-         return on.from_document([&](const std::string& document) {
+         return on.from_document([&](const std::string& document) -> json {
              std::string all;
              for (const std::string& content : contents(document, text))
                  all += (all.empty() ? "" : ", ") + content;
              return all;
          });
      }},
+    {"sample",
+     [](Caller& on, const char* name, auto&) {
+         return on.from_document([&](const std::string& document) -> json {
+             const std::string path =
+                 VELMORA_SOURCE_DIR "/tests/data/documents/" + std::string(name) + ".xml";
+             const std::string text = std::regex_replace(document, std::regex("<CreDtTm>[-0-9T:]+Z<"),
+                                                         "<CreDtTm>2026-01-02T03:04:05Z<");
+             // For a deliberate change of the documents: write the samples anew, then read them line by line.
+             if (std::getenv("VELMORA_WRITE_SAMPLES") != nullptr) std::ofstream(path) << text;
+             std::stringstream sample;
+             sample << std::ifstream(path).rdbuf();
+             return text == sample.str() ? json(true) : json(text);
+         });
+     }},
+    {"valid",
+     [](Caller& on, auto, auto&) {
+         return on.from_document([](const std::string& document) -> json {
+             const std::string path = testing::TempDir() + "velmora-" + std::to_string(getpid()) + ".xml";
+             std::ofstream(path) << document;
+             const std::string schema =
+                 document.substr(document.find("pain."), sizeof("pain.001.001.03") - 1);
+             const CommandResult verdict =
+                 run("xmllint --noout --nonet --schema " VELMORA_SCHEMAS "/" + schema + ".xsd " + path +
+                     "; code=$?; rm " + path + "; exit $code");
+             if (verdict.status == 0 || verdict.status == 3) return verdict.status == 0;
+             return verdict.status == 1 ? "not XML" : verdict.output;
+         });
+     }},
     {"root",
      [](Caller& on, auto, auto&) {
-         return on.from_document([](const std::string& document) {
+         return on.from_document([](const std::string& document) -> json {
              const std::size_t begin = document.find('\n') + 1;
              return document.substr(begin, document.find('\n', begin) - begin);
          });
@@ -232,7 +261,8 @@ TEST_P(Calls, GiveWhatTheTableSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tables, Calls,
-                         testing::Values("accounts", "dates", "documents", "header", "numbers", "payments"),
+                         testing::Values("accounts", "dates", "documents", "header", "numbers", "payments",
+                                         "schemas"),
                          [](const auto& table) { return std::string(table.param); });
 
 // Every function, called with nothing at all.

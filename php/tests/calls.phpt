@@ -39,6 +39,11 @@ class Caller
     {
         return elements($this->message->toXML(), $name);
     }
+    public function sample(string $name)
+    {
+        $text = preg_replace('~(?<=<CreDtTm>)[-0-9T:]+(?=Z<)~', '2026-01-02T03:04:05', $this->message->toXML());
+        return $text === file_get_contents(__DIR__ . "/$name.xml") ?: $text;
+    }
     public function root(): string
     {
         return explode("\n", $this->message->toXML())[1];
@@ -54,7 +59,7 @@ class Caller
     }
 }
 
-foreach (['accounts', 'dates', 'documents', 'header', 'payments'] as $table) {
+foreach (['accounts', 'dates', 'documents', 'header', 'payments', 'schemas'] as $table) {
     $count = 0;
     preg_match_all('/^== (.*), (.*)\n((?:(?!== ).*\n)*)/m', file_get_contents(__DIR__ . "/$table.txt"), $sections);
     foreach ($sections[1] as $i => $rulebooks) {

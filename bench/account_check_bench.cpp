@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "bank/directory.h"
 #include "velmora.h"
 #include "workload.h"
 
@@ -61,18 +60,18 @@ std::vector<Check> checks_of_method(std::uint8_t method) {
 const std::vector<Check>& checks_of_mix() {
     static const std::vector<Check> checks = [] {
         std::vector<std::string> bank_codes;
-        for (int slot = 0; slot < velmora::directory_size(); ++slot) {
-            const std::string_view record = velmora::directory_record(slot);
-            if (record.substr(0, 3) == "_DE") bank_codes.emplace_back(record.substr(3, 8));
-        }
+        char code[12];
+        for (std::uint32_t index = 0; sepa_bank_next("DE", &index, code, nullptr) == 1;)
+            bank_codes.emplace_back(code);
         std::mt19937 random(1);
         std::vector<Check> result;
         while (result.size() < checks_in_mix) {
             const std::string& bank_code = bank_codes[random() % bank_codes.size()];
-            velmora::GermanBank bank;
-            velmora::directory_find_german_bank(bank_code, &bank);
-            if (bank.method == 0xE4) continue; // unknown to libktoblzcheck, and used by one bank only
-            result.push_back(make_check(random, bank_code, bank.method, result.size() % 2 == 0));
+            char code[3];
+            sepa_bankid_method(bank_code.c_str(), code, nullptr);
+            const auto method = static_cast<std::uint8_t>(std::stoi(code, nullptr, 16));
+            if (method == 0xE4) continue; // unknown to libktoblzcheck, and used by one bank only
+            result.push_back(make_check(random, bank_code, method, result.size() % 2 == 0));
         }
         return result;
     }();

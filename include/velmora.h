@@ -236,8 +236,11 @@ enum {
 };
 
 /**
- * A bank as the directory knows it. One allocation: release it with one free(). A text that the directory
- * does not have is null.
+ * A bank as the directory knows it. One allocation: release it with one free().
+ *
+ * Found by bank code or IBAN a bank has all texts, but any of them may be empty: most Swiss records name no
+ * country, two Austrian ones no postal code and town, some banks have no BIC. Found by BIC it has no address:
+ * postcode and city are null then.
  */
 typedef struct sepa_bank {
     const char* name;     /**< name of the bank */
@@ -300,6 +303,38 @@ int sepa_iban_getBIC(const char* iban, char* bic);
  * @return 1 found, 0 another country, -2 unknown bank code, -3 out of memory.
  */
 int sepa_bankid_check(const char* country, const char* bank_id, sepa_bank_t** bank);
+
+/**
+ * Walks the directory.
+ *
+ * @param country "AT", "CH", "DE" or "LI" for the country's bank codes, ascending; Liechtenstein's are the
+ *                Swiss ones, as in sepa_bankid_check(). Null for all bank codes and behind them all BICs.
+ * @param index   how many records have been handed out, 0 at first; raised by one with each.
+ * @param code    12 bytes for the bank code or BIC, or null.
+ * @param bank    where the record is stored, as sepa_bankid_check() and sepa_bic_getBank() give it, or null.
+ * @return 1, 0 at the end or for another country, -1 without an index, -3 out of memory.
+ */
+int sepa_bank_next(const char* country, uint32_t* index, char* code, sepa_bank_t** bank);
+
+/**
+ * Tells by which methods a German bank's account numbers are checked and its IBANs are built.
+ *
+ * @param bank_code 8 digits.
+ * @param method    3 bytes for the two characters of the check-digit method, or null. Read as a hexadecimal
+ *                  number they are what sepa_account_check() takes.
+ * @param iban_rule where the number of the IBAN rule times 100 plus its version is stored, or null.
+ * @return 1, -1 not eight characters or null, -2 unknown bank code; nothing is stored then.
+ */
+int sepa_bankid_method(const char* bank_code, char* method, int* iban_rule);
+
+/**
+ * Tells from which day on the directory's bank codes of a country hold.
+ *
+ * @param country "AT", "CH", "DE" or "LI", upper case.
+ * @return yyyy-mm-dd, constant; the first of the month when the publisher names no day. Null for another
+ *         country.
+ */
+const char* sepa_data_date(const char* country);
 
 /**
  * Finds a bank and its SEPA reachability by BIC (ISO 9362).

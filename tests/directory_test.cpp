@@ -1,4 +1,4 @@
-// The bank directory against its own data files, which are included here once more.
+// The bank directory against its own data file, which is read here once more.
 #include "bank/directory.h"
 
 #include <gtest/gtest.h>
@@ -6,13 +6,14 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
-#include <iterator>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <set>
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "command.h"
 #include "set_clock.h"
@@ -22,33 +23,43 @@ using namespace velmora;
 
 namespace {
 
-// A literal, which may have zero bytes in it.
-struct Text : std::string_view {
-    constexpr Text() = default;
-    template <std::size_t size>
-    constexpr Text(const char (&literal)[size]) : std::string_view(literal, size - 1) {}
-};
+#include "../data/directory.inc" // for the change date
 
+// One line of data/directory.inc: its literals, those of bytes as text, too.
 struct Row {
-    Text key_prefix;
-    Text parts[7];
+    std::string key;
+    std::vector<std::string> parts;
+
+    bool is_bank() const { return key[8] == '_'; }
+    std::string country() const { return is_bank() ? key.substr(9) : ""; }
+    std::string code() const { return country() == "DE" ? key.substr(0, 8) : key.substr(3, 5); }
+    const char* text(int from_the_end) const { return parts[parts.size() - from_the_end].c_str(); }
 };
 
-constexpr Text changed = "CHANGED"; // in place of the key prefix
-
-#define BIC(...) {"", {__VA_ARGS__}},
-#define AUSTRIAN(...) {"_AT", {__VA_ARGS__}},
-#define SWISS(...) {"_CH", {__VA_ARGS__}},
-#define GERMAN(...) {"_DE", {__VA_ARGS__}},
-#define CHANGED(...) {changed, {__VA_ARGS__}},
-constexpr Row rows[] = {
-#include "../data/directory_records.inc"
-};
-#include "../data/directory_release.inc"
-
-std::string key_of(const Row& row) {
-    return std::string(row.key_prefix).append(row.parts[0]);
+std::vector<Row> read_rows() {
+    std::vector<Row> rows;
+    std::ifstream file(VELMORA_SOURCE_DIR "/data/directory.inc");
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with("    \"")) continue;
+        std::vector<std::string> literals;
+        for (std::size_t i = 0; (i = line.find('"', i)) < line.find(" //"); ++i) {
+            std::string& literal = literals.emplace_back();
+            while (line[++i] != '"') {
+                if (line[i] != '\\')
+                    literal += line[i];
+                else if (line[++i] == 'x')
+                    literal += static_cast<char>(
+                        std::stoi(line.substr(std::exchange(i, i + 2) + 1, 2), nullptr, 16));
+                else if (line[i] != '0') // the zero byte that ends a text
+                    literal += line[i];
+            }
+        }
+        rows.push_back({literals[0], {literals.begin() + 1, literals.end()}});
+    }
+    return rows;
 }
+
+const std::vector<Row> rows = read_rows();
 
 std::string join(std::initializer_list<const char*> fields) {
     std::string text;
@@ -80,64 +91,74 @@ std::string bank_of_bic(const char* bic) {
     return describe(result, bank);
 }
 
-// By all three look-ups; the texts are BIC, name, postal code and town.
-void expect_bank(const std::string& country, const char* code, const Text* texts, const char* bank_country,
-                 Text header = "\0\0\0\0", const char* successor = nullptr) {
-    const std::string bank =
-        join({texts[1].data(), texts[2].data(), texts[3].data(), bank_country, texts[0].data()});
-    EXPECT_EQ(bank_of(country.c_str(), code), "1|" + bank + "0");
-    const auto number = [&](std::size_t at) { return static_cast<unsigned char>(header[at]); };
-    const std::tuple numbers(number(0), number(1), number(2) * 256U + number(3));
-    DirectoryEntry entry;
-    ASSERT_EQ(directory_lookup(country.c_str(), code, &entry), 1);
-    EXPECT_EQ(join({entry.name, entry.postcode, entry.city, entry.country, entry.bic}), bank);
-    EXPECT_EQ(std::tie(entry.deleted, entry.method, entry.iban_rule), numbers);
-    EXPECT_STREQ(entry.successor, successor);
-    if (country != "DE") return;
-    GermanBank german;
-    ASSERT_TRUE(directory_find_german_bank(code, &german));
-    EXPECT_EQ(std::tie(german.deleted, german.method, german.iban_rule), numbers);
-    EXPECT_EQ(german.successor, successor);
+// Code and bank of a step of the walk, or its result alone.
+std::string next_bank(const char* country, std::uint32_t& index) {
+    sepa_bank_t* bank = nullptr;
+    char code[12];
+    const int result = sepa_bank_next(country, &index, code, &bank);
+    return result == 1 ? code + (" " + describe(result, bank)) : std::to_string(result);
 }
 
-// Every key has a slot of its own, in ascending order, and leads to what its row says.
-TEST(Directory, EveryRowOfTheData) {
-    const bool change_is_due = std::time(nullptr) >= change_date;
-    int slot = 0;
-    std::string last;
-    for (const Row* row = rows; row != std::end(rows); ++row) {
-        if (row->key_prefix == changed) continue;
-        const std::string key = key_of(*row);
-        SCOPED_TRACE(key);
-        EXPECT_LT(std::exchange(last, key), key);
-        EXPECT_EQ(directory_hash(key), slot);
-        EXPECT_EQ(directory_find(key), directory_record(slot++));
-        EXPECT_TRUE(directory_find(key).starts_with(key));
-
-        const Text* const p = row->parts;
-        if (row->key_prefix.empty()) {
-            const int flags = p[1][0];
-            const char* name = flags == 0 ? "" : p[2].data(); // a flags byte of 0 ends the record's text
-            const std::string bank = join({name, nullptr, nullptr, key.substr(4, 2).c_str(), key.c_str()});
-            EXPECT_EQ(bank_of_bic(key.c_str()), "1|" + bank + std::to_string(flags));
-        } else if (row->key_prefix == "_DE") {
-            const bool second = change_is_due && row + 1 != std::end(rows) && row[1].key_prefix == changed;
-            const Text* version = second ? row[1].parts : p + 1;
-            expect_bank("DE", p[0].data(), version + 2, "DE", version[0], version[1].data());
+// Every row, by each look-up and by the walk through all of them, in which a second version has no place of
+// its own: it holds from the first second of the change date on, and not before.
+void expect_every_row(bool change_is_due) {
+    std::uint32_t index = 0, index_of_country = 0;
+    std::string last_country;
+    for (auto row = rows.begin(); row != rows.end(); ++row) {
+        SCOPED_TRACE(row->key);
+        const bool has_second = row + 1 != rows.end() && row[1].key == row->key;
+        if (has_second == change_is_due && (has_second || (row != rows.begin() && row[-1].key == row->key)))
+            continue;
+        std::string expected;
+        if (row->is_bank()) {
+            expected =
+                "1|" + join({row->text(5), row->text(4), row->text(3), row->text(2), row->text(1)}) + "0";
+            EXPECT_EQ(bank_of(row->country().c_str(), row->code().c_str()), expected);
+            if (row->country() == "CH") {
+                EXPECT_EQ(bank_of("LI", row->code().c_str()), expected);
+            }
         } else {
-            expect_bank(key.substr(1, 2), p[0].data(), p + 1, p[5].data());
-            if (row->key_prefix == "_CH") expect_bank("LI", p[0].data(), p + 1, p[5].data());
+            const int flags = row->parts[1].empty() ? 0 : row->parts[1][0];
+            const char* name = flags == 0 ? "" : row->text(1); // a BIC without schemes has no name
+            expected = "1|" +
+                       join({name, nullptr, nullptr, row->key.substr(4, 2).c_str(), row->key.c_str()}) +
+                       std::to_string(flags);
+            EXPECT_EQ(bank_of_bic(row->key.c_str()), expected);
+        }
+        const std::string code = row->is_bank() ? row->code() : row->key;
+        EXPECT_EQ(next_bank(nullptr, index), code + " " + expected);
+        if (row->is_bank()) {
+            if (std::exchange(last_country, row->country()) != row->country()) index_of_country = 0;
+            EXPECT_EQ(next_bank(row->country().c_str(), index_of_country), code + " " + expected);
+        }
+        if (row->country() == "DE") {
+            const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(row->parts[1][i]); };
+            const auto bank = find_german_bank(code);
+            ASSERT_TRUE(bank);
+            EXPECT_EQ(std::tuple(bank->is_deleted, bank->method, bank->iban_rule),
+                      std::tuple(byte(0) % 2 == 1, byte(1), byte(2) * 256 + byte(3)));
+            EXPECT_EQ(bank->successor, row->parts[2]);
+            char method[3];
+            int rule = -1;
+            EXPECT_EQ(sepa_bankid_method(code.c_str(), method, &rule), 1);
+            EXPECT_EQ(std::stoi(method, nullptr, 16) * 65536 + rule, bank->method * 65536 + bank->iban_rule);
         }
     }
-    EXPECT_EQ(directory_size(), slot);
-    EXPECT_EQ(directory_record(-1), "");
-    EXPECT_EQ(directory_record(slot), "");
+    EXPECT_EQ(next_bank(nullptr, index), "0");
+    EXPECT_EQ(next_bank("DE", index_of_country), "0");
+}
+
+TEST(Directory, EveryRowOfTheData) {
+    for (const std::time_t time : {std::time_t{1}, std::time_t{change_date - 1}, std::time_t{change_date}}) {
+        clock_is_set_to = time;
+        expect_every_row(time == change_date);
+    }
 }
 
 TEST(Directory, RandomKeysAreRefused) {
     std::set<std::string> keys;
     for (const Row& row : rows)
-        keys.insert(key_of(row));
+        keys.insert(row.key);
     std::mt19937 random(20260608);
     const auto text = [&](std::string_view characters, std::size_t length) {
         std::string result;
@@ -145,28 +166,15 @@ TEST(Directory, RandomKeysAreRefused) {
             result += characters[random() % characters.size()];
         return result;
     };
+    const auto expected = [&](const std::string& key) { return keys.contains(key) ? 1 : -2; };
     for (int i = 0; i < 100'000; ++i) {
-        const std::string german = text("0123456789", 8), austrian = german.substr(3);
+        const std::string german = text("0123456789", 8), austrian = text("0123456789", 5);
         const std::string bic = text("ABCDEFGHIJKLMNOPQRSTUVWXYZ", 6) + text("2345678", 1) + "AXXX";
-        for (const std::string& key :
-             {"_DE" + german, "_AT" + austrian, bic, text("0:@AZ_`az", 6 + random() % 10)}) {
-            ASSERT_LT(directory_hash(key), directory_size()) << key;
-            ASSERT_EQ(directory_find(key).empty(), !keys.contains(key)) << key;
-        }
-        GermanBank bank;
-        ASSERT_EQ(directory_find_german_bank(german, &bank), keys.contains("_DE" + german)) << german;
-        const auto expected = [&](const std::string& key) { return keys.contains(key) ? 1 : -2; };
-        ASSERT_EQ(sepa_bankid_check("DE", german.c_str(), nullptr), expected("_DE" + german));
-        ASSERT_EQ(sepa_bankid_check("AT", austrian.c_str(), nullptr), expected("_AT" + austrian));
+        ASSERT_EQ(sepa_bankid_check("DE", german.c_str(), nullptr), expected(german + "_DE"));
+        ASSERT_EQ(sepa_bankid_method(german.c_str(), nullptr, nullptr), expected(german + "_DE"));
+        ASSERT_EQ(sepa_bankid_check("AT", austrian.c_str(), nullptr), expected("000" + austrian + "_AT"));
         ASSERT_EQ(sepa_bic_getBank(bic.c_str(), nullptr), expected(bic)) << bic;
     }
-
-    // Keys that no bank code and no BIC can form, at the edges of length and character range.
-    for (std::size_t length = 0; length < 20; ++length)
-        EXPECT_EQ(directory_hash(std::string(length, 'A')) == -1, length < 6 || length > 15) << length;
-    for (int c = 0; c < 256; ++c)
-        EXPECT_EQ(directory_hash("_DE1234" + std::string(1, static_cast<char>(c))) == -1, c < '0' || c > 'z')
-            << c;
 }
 
 TEST(Directory, ArgumentsOfTheLookUps) {
@@ -190,30 +198,29 @@ TEST(Directory, ArgumentsOfTheLookUps) {
         EXPECT_EQ(bank_of_bic(bic), "-2") << (bic ? bic : "(null)");
 }
 
-// What a second version says holds from the first second of the change date on, and not before.
-TEST(Directory, AnnouncedDataHoldFromTheChangeDateOn) {
-    for (const Row* row = rows + 1; row != std::end(rows); ++row) {
-        if (row->key_prefix != changed) continue;
-        const Text *const first = row[-1].parts, *const second = row->parts;
-        const auto expect_at = [&](std::time_t time, const Text* texts) {
-            clock_is_set_to = time;
-            expect_bank("DE", first[0].data(), texts + 2, "DE", texts[0], texts[1].data());
-        };
-        for (const std::time_t before : {std::time_t{1}, std::time_t{change_date - 1}})
-            expect_at(before, first + 1);
-        expect_at(change_date, second);
+TEST(Directory, ArgumentsOfTheOtherQuestions) {
+    std::uint32_t index = 0;
+    for (const char* country : {"de", "FR", "DEU", "D", ""}) {
+        EXPECT_EQ(sepa_bank_next(country, &index, nullptr, nullptr), 0);
+        EXPECT_EQ(sepa_data_date(country), nullptr);
     }
+    EXPECT_EQ(sepa_data_date(nullptr), nullptr);
+    for (const char* country : {"AT", "CH", "DE", "LI"})
+        EXPECT_EQ(std::string(sepa_data_date(country)).size(), 10u);
+    EXPECT_STREQ(sepa_data_date("LI"), sepa_data_date("CH"));
+    EXPECT_EQ(sepa_bank_next("DE", nullptr, nullptr, nullptr), -1);
+    index = 0xFFFF'FFFF;
+    EXPECT_EQ(sepa_bank_next(nullptr, &index, nullptr, nullptr), 0);
+    for (const char* bank_code : {"", "3704004", "370400440"})
+        EXPECT_EQ(sepa_bankid_method(bank_code, nullptr, nullptr), -1);
+    EXPECT_EQ(sepa_bankid_method(nullptr, nullptr, nullptr), -1);
 }
 
-TEST(Directory, ToolMakesTheSameFilesFromTheirOwnContent) {
-    const CommandResult result =
-        run("set -e; cd " VELMORA_SOURCE_DIR "/data; for folder in first second; do"
-            " output=" +
-            testing::TempDir() +
-            "velmora_directory/$folder; rm -rf $output; mkdir -p $output;"
-            " python3 ../tools/make_directory.py --output $output;"
-            " for name in records hash release; do cmp directory_$name.inc $output/directory_$name.inc; done;"
-            " done");
+TEST(Directory, ToolMakesTheSameFileFromItsOwnContent) {
+    const CommandResult result = run("set -e; cd " VELMORA_SOURCE_DIR "/data; output=" + testing::TempDir() +
+                                     "velmora_directory; rm -rf $output; mkdir -p $output;"
+                                     " python3 ../tools/make_directory.py --output $output;"
+                                     " cmp directory.inc $output/directory.inc");
     EXPECT_EQ(result.status, 0) << result.output;
 }
 

@@ -26,12 +26,14 @@ struct Bank {
 };
 std::map<std::string, Bank> own_banks;
 
-bool find_bank(std::string_view bank_code, GermanBank* out) {
+std::optional<BankRecord> find_bank(std::string_view bank_code) {
     const auto bank = own_banks.find(std::string(bank_code));
-    if (bank == own_banks.end()) return directory_find_german_bank(bank_code, out);
-    const auto& [iban_rule, method, successor] = bank->second;
-    *out = {!successor.empty(), method, iban_rule, successor};
-    return true;
+    if (bank == own_banks.end()) return find_german_bank(bank_code);
+    BankRecord record;
+    record.method = bank->second.method;
+    record.iban_rule = static_cast<std::uint16_t>(bank->second.iban_rule);
+    record.successor = bank->second.successor;
+    return record;
 }
 
 // Result, status and IBAN ("-" for none) in one text. Of the buffer exactly 35 bytes may change.
@@ -40,7 +42,7 @@ std::string convert(const char* country, const char* account, const char* bank_c
     char buffer[40];
     std::memset(buffer, '#', sizeof buffer);
     std::uint8_t status = 99;
-    const int result = lookup == directory_find_german_bank
+    const int result = lookup == find_german_bank
                            ? sepa_iban_convert(country, account, bank_code, buffer, &status)
                            : convert_account(country, account, bank_code, buffer, &status, lookup);
     const std::string iban = buffer;
@@ -69,13 +71,12 @@ TEST(IbanConvert, PublishedAndOtherCases) {
             EXPECT_EQ(convert("DE", account.c_str(), bank_code.c_str()), expected) << line;
             ++cases;
 
-            GermanBank entry;
-            if (!directory_find_german_bank(bank_code, &entry) || entry.iban_rule / 100 != rule ||
-                entry.method != bank.method || entry.successor != successor)
+            const auto entry = find_german_bank(bank_code);
+            if (!entry || entry->iban_rule / 100 != rule || entry->method != bank.method ||
+                entry->successor != successor)
                 continue;
             account.insert(0, 10 - account.size(), '0');
-            EXPECT_EQ(convert("DE", account.c_str(), bank_code.c_str(), directory_find_german_bank), expected)
-                << line;
+            EXPECT_EQ(convert("DE", account.c_str(), bank_code.c_str(), find_german_bank), expected) << line;
             ++by_directory;
         }
     }
@@ -159,13 +160,12 @@ TEST(IbanConvert, SuccessorsTakeOverTheAccountAndTheStatus) {
 TEST(IbanConvert, EveryBankOfTheDirectory) {
     std::mt19937_64 random(4);
     std::set<std::string> seen;
-    for (int slot = 0; slot < directory_size(); ++slot) {
-        const std::string record(directory_record(slot)), bank_code = record.substr(3, 8);
-        if (!record.starts_with("_DE")) continue;
+    char bank_code_buffer[12];
+    for (std::uint32_t index = 0; sepa_bank_next("DE", &index, bank_code_buffer, nullptr) == 1;) {
+        const std::string bank_code = bank_code_buffer;
         for (std::size_t i = 0; i < 40; ++i) {
             std::string account = std::to_string(random() % 9'000'000'000 + 1'000'000'000).substr(i % 10);
-            const std::string text =
-                convert("DE", account.c_str(), bank_code.c_str(), directory_find_german_bank);
+            const std::string text = convert("DE", account.c_str(), bank_code.c_str(), find_german_bank);
             SCOPED_TRACE(account + " " + bank_code + ": " + text);
             seen.insert(text.substr(0, text.rfind(' ')));
             if (text.starts_with("-1 ")) continue;
@@ -186,7 +186,7 @@ TEST(IbanConvert, EveryBankOfTheDirectory) {
         // Nobody tests the account for digits. What comes out is free; it must only come out.
         for (const char* account : {"-1", "          ", "\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff", "12 345",
                                     "\x01\x7f\x80zzzz", "~~~~~~~~~~", "::::::::::", "00000000/5"})
-            convert("DE", account, bank_code.c_str(), directory_find_german_bank);
+            convert("DE", account, bank_code.c_str(), find_german_bank);
     }
     EXPECT_EQ(seen, (std::set<std::string>{"1 0", "1 1", "1 13", "1 15", "-1 0", "-1 12", "-1 50"}));
     EXPECT_EQ(convert("DE", "12-345", "10010010"), "-1 0 -");
@@ -204,23 +204,23 @@ std::string bic_of(const std::string& iban) {
 }
 
 TEST(IbanBic, EveryBankOfTheDirectory) {
-    for (int slot = 0; slot < directory_size(); ++slot) {
-        const std::string record(directory_record(slot));
-        if (record[0] != '_') continue;
-        const std::string country = record.substr(1, 2);
-        std::string rest = record.substr(3, country == "DE" ? 8 : 5);
-        DirectoryEntry bank;
-        ASSERT_EQ(directory_lookup(country.c_str(), rest.c_str(), &bank), 1);
-        const unsigned rule = bank.iban_rule / 100;
-        const std::string expected = rule == 14 ? "DAAEDEDDXXX"
-                                     : rule == 5 && rest[3] == '4' && rest.substr(4, 2) != "11"
-                                         ? "COBADEFFXXX"
-                                         : bank.bic;
-        rest.append((country == "DE" ? 18 : country == "AT" ? 16 : 17) - rest.size(), '0');
-        for (const std::string& name : {country, std::string(country == "CH" ? "LI" : country)})
-            EXPECT_EQ(bic_of(name + "00" + rest), expected) << record;
-        for (const std::string& wrong : {rest + "0", rest.substr(1)})
-            EXPECT_EQ(bic_of(country + "00" + wrong), "-1") << record;
+    for (const std::string country : {"AT", "CH", "DE"}) {
+        char code[12];
+        for (std::uint32_t index = 0; sepa_bank_next(country.c_str(), &index, code, nullptr) == 1;) {
+            std::string rest = code;
+            const auto bank = find_bank(*find_directory_country(country.c_str()), rest);
+            ASSERT_TRUE(bank);
+            const unsigned rule = bank->iban_rule / 100;
+            const std::string expected = rule == 14 ? "DAAEDEDDXXX"
+                                         : rule == 5 && rest[3] == '4' && rest.substr(4, 2) != "11"
+                                             ? "COBADEFFXXX"
+                                             : std::string(bank->texts.bic());
+            rest.append((country == "DE" ? 18 : country == "AT" ? 16 : 17) - rest.size(), '0');
+            for (const std::string& name : {country, std::string(country == "CH" ? "LI" : country)})
+                EXPECT_EQ(bic_of(name + "00" + rest), expected) << code;
+            for (const std::string& wrong : {rest + "0", rest.substr(1)})
+                EXPECT_EQ(bic_of(country + "00" + wrong), "-1") << code;
+        }
     }
 }
 

@@ -68,7 +68,7 @@ class RefreshTest(unittest.TestCase):
     def start_from(self, source):
         shutil.rmtree(self.data, ignore_errors=True)
         self.data.mkdir()
-        for path in source.glob("directory_*.inc"):
+        for path in source.glob("directory.inc"):
             shutil.copy(path, self.data)
 
     def content(self):
@@ -102,9 +102,8 @@ class RefreshTest(unittest.TestCase):
             self.start_from(LISTS)
             before = self.content()
             report = self.refresh(*arguments)
-            for file in "directory_release.inc", "directory_records.inc":
-                texts = (content[file].splitlines(keepends=True) for content in (before, self.content()))
-                report += "".join(difflib.unified_diff(*texts, file, file, n=0))
+            texts = (content["directory.inc"].splitlines(keepends=True) for content in (before, self.content()))
+            report += "".join(difflib.unified_diff(*texts, "before", "after", n=0))
             expected = LISTS / "expected" / f"{name}.diff"
             with self.subTest(name):
                 self.assertEqual(report, expected.read_text(encoding="utf-8"))
@@ -136,7 +135,8 @@ class RefreshTest(unittest.TestCase):
         printed = self.refresh(*arguments, valid_from=directory.change_date.isoformat())
         self.assertIn("Nothing has changed.", printed)
         self.assertEqual(self.content(), before)
-        self.refresh(*arguments, valid_from="2040-01-01")  # what was announced then holds alone
+        later = directory.change_date + datetime.timedelta(days=91)
+        self.refresh(*arguments, valid_from=later.isoformat())  # what was announced then holds alone
         self.assertEqual(data_files.read(self.data).german,
                          {code: versions[-1:] for code, versions in directory.german.items()})
 
@@ -144,7 +144,7 @@ class RefreshTest(unittest.TestCase):
         before = self.content()
         with open(LISTS / "damages.tsv", encoding="utf-8", newline="") as file:
             rows = [line.rstrip("\n").split("\t") for line in file if not line.startswith("#")]
-        self.assertEqual(len(rows), 24)
+        self.assertEqual(len(rows), 26)
         for option, name, pattern, replacement, problem in rows:
             damaged = self.changed_list(name, lambda text: re.sub(pattern, replacement, text, count=1))
             result = self.run_tool("--force", option, damaged)
@@ -155,6 +155,7 @@ class RefreshTest(unittest.TestCase):
                 self.assertEqual(self.content(), before)
         result = self.run_tool(*ALL_LISTS, valid_from="2026-06-07")
         self.assertIn("already announces changes for 2026-06-08", result.stderr)
+        self.assertIn("more than a year ahead", self.run_tool(*ALL_LISTS, valid_from="2126-12-07").stderr)
         self.assertIn("No such file", self.run_tool("--de", "/nowhere").stderr)
         self.assertEqual(self.content(), before)
 
@@ -182,7 +183,7 @@ class RefreshTest(unittest.TestCase):
                     if (sepa_bankid_check("DE", *codes, &bank) == 1)
                         std::printf("%s %s %s\\n", bank->name, bank->postcode, bank->city);
             }""", encoding="utf-8")
-        sources = [ROOT / "src/bank" / name for name in ("directory.cpp", "bank_record.cpp", "bankid_check.cpp")]
+        sources = [ROOT / "src/bank" / name for name in ("directory.cpp", "bank_record.cpp", "bank_codes.cpp")]
         program = self.folder / "main"
         subprocess.run([os.environ.get("CXX", "c++"), "-std=c++20", "-D_GNU_SOURCE", "-I", self.folder,
                         "-I", ROOT / "src", "-I", ROOT / "include", self.folder / "main.cpp", *sources, "-o", program],

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Makes the bank directory's files under data/.
+"""Makes the bank directory, data/directory.inc.
 
-Without --tables it makes them again from the records they hold, which changes nothing unless this tool did.
-With --tables they come from de.tsv, at.tsv, ch.tsv and bic.tsv in a folder.
+Without --tables it makes it again from the records it holds, which changes nothing unless this tool did.
+With --tables it comes from de.tsv, at.tsv, ch.tsv and bic.tsv in a folder.
 """
 
 import argparse
@@ -17,8 +17,8 @@ DATA = pathlib.Path(__file__).resolve().parent.parent / "data"
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--data", type=pathlib.Path, default=DATA, help="folder of the files that are read")
-    parser.add_argument("--output", type=pathlib.Path, help="folder of the files that are written (default: --data)")
+    parser.add_argument("--data", type=pathlib.Path, default=DATA, help="folder of the file that is read")
+    parser.add_argument("--output", type=pathlib.Path, help="folder of the file that is written (default: --data)")
     parser.add_argument("--tables", type=pathlib.Path, help="folder of tab-separated lists")
     parser.add_argument("--change-date", type=datetime.date.fromisoformat, metavar="YYYY-MM-DD",
                         help="with --tables: day from which second versions count")
@@ -34,7 +34,7 @@ def main():
     else:
         directory = data_files.read(arguments.data)
     changed = data_files.write(arguments.output or arguments.data, data_files.render(directory))
-    print("\n".join(changed) if changed else "nothing to change")
+    print("written" if changed else "nothing to change")
 
 
 if __name__ == "__main__":

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Takes newly published bank lists into the directory under data/.
 
-Every list that is not given stays as it is. Nothing is written when a file is damaged, a key occurs twice or a list
-has lost a fifth of its entries; with --force, lists may be as small as they are.
+Every list that is not given stays as it is. Nothing is written when a file is damaged, a key occurs twice, the day of
+validity lies far ahead or a list has lost a fifth of its entries; with --force, lists may be as small as they are.
 """
 
 import argparse
@@ -12,6 +12,8 @@ import sys
 
 from directory import data_files, model, publishers, refresh, summary
 
+# Lists are published some weeks before they hold; more than this is a typing error.
+FURTHEST = datetime.timedelta(days=366)
 DATA = pathlib.Path(__file__).resolve().parent.parent / "data"
 
 
@@ -29,6 +31,8 @@ def main():
     parser.add_argument("--data", type=pathlib.Path, default=DATA, help="folder of the directory (default: data)")
     arguments = parser.parse_args()
 
+    if arguments.valid_from > datetime.date.today() + FURTHEST:
+        raise model.DataError(f"{arguments.valid_from} is more than a year ahead")
     files = {"Germany": arguments.de, "Austria": arguments.at, "Switzerland": arguments.ch, "BICs": arguments.reachable}
     lists = {name: publishers.read(path, name) for name, path in files.items() if path}
     rules = publishers.read(arguments.rules, publishers.RULES).entries if arguments.rules else {}
@@ -45,7 +49,7 @@ def main():
     if shrunken and not arguments.force:
         raise model.DataError("much shorter than before, which --force would accept: " + "; ".join(shrunken))
     changed = data_files.write(arguments.data, rendered)
-    print(f"Written: {', '.join(changed)}" if changed else "Nothing has changed.")
+    print(f"Written: {data_files.FILE}" if changed else "Nothing has changed.")
 
 
 if __name__ == "__main__":

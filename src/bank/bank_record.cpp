@@ -3,31 +3,48 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "bank/bic.h"
+
 namespace velmora {
 
-sepa_bank_t* make_bank_record(std::string_view name, std::string_view postcode, std::string_view city,
-                              std::string_view country, std::string_view bic, std::uint16_t flags) {
-    std::size_t size = sizeof(sepa_bank_t);
-    for (const std::string_view text : {name, postcode, city, country, bic})
-        if (text.data() != nullptr) size += text.size() + 1;
-    auto* bank = static_cast<sepa_bank_t*>(std::malloc(size));
+sepa_bank_t* make_bank_record(const BankTexts& texts) {
+    std::size_t size = 0;
+    for (int text = 0; text < BankTexts::count; ++text)
+        size += texts.size(text);
+    auto* bank = static_cast<sepa_bank_t*>(std::malloc(sizeof(sepa_bank_t) + size));
     if (bank == nullptr) return nullptr;
+    const char* copy = static_cast<char*>(std::memcpy(bank + 1, texts.texts, size));
+    bank->name = copy;
+    bank->postcode = copy += texts.size(0);
+    bank->city = copy += texts.size(1);
+    bank->country = copy += texts.size(2);
+    bank->bic = copy + texts.size(3);
+    bank->flags = 0;
+    return bank;
+}
 
-    char* end = reinterpret_cast<char*>(bank + 1);
-    const auto append = [&end](std::string_view text) -> const char* {
-        if (text.data() == nullptr) return nullptr;
-        char* const copy = end;
-        std::memcpy(copy, text.data(), text.size());
-        copy[text.size()] = '\0';
-        end += text.size() + 1;
-        return copy;
-    };
-    bank->name = append(name);
-    bank->postcode = append(postcode);
-    bank->city = append(city);
-    bank->country = append(country);
-    bank->bic = append(bic);
-    bank->flags = flags;
+sepa_bank_t* make_bic_record(const BicRecord& entry, const char* bic) {
+    constexpr std::size_t country_size = 3; // with its zero byte
+    // Deliberate: a BIC without any scheme has an empty name; the flags byte 0 once ended the record's text.
+    const std::size_t name_size = entry.flags == 0 ? 1 : entry.name_size;
+    const std::size_t size = name_size + country_size + bic_length + 1;
+    auto* bank = static_cast<sepa_bank_t*>(std::malloc(sizeof(sepa_bank_t) + size));
+    if (bank == nullptr) return nullptr;
+    char* name = reinterpret_cast<char*>(bank + 1);
+    char* country = name + name_size;
+    char* copied_bic = country + country_size;
+    std::memcpy(name, entry.name, name_size);
+    name[name_size - 1] = '\0';
+    std::memcpy(country, bic + 4, country_size - 1);
+    country[country_size - 1] = '\0';
+    std::memcpy(copied_bic, bic, bic_length);
+    copied_bic[bic_length] = '\0';
+    *bank = {.name = name,
+             .postcode = nullptr,
+             .city = nullptr,
+             .country = country,
+             .bic = copied_bic,
+             .flags = entry.flags};
     return bank;
 }
 

@@ -1,66 +1,82 @@
-// The bank directory: constant records found through a minimal perfect hash.
+// The bank directory: constant records found by bank code or BIC.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace velmora {
 
-// What the directory says of one national bank code. The texts point into `text`; a text is null when the
-// record ends before it.
-struct DirectoryEntry {
-    const char* bic;
+// Numbers of records that stand one behind the other.
+struct RecordRange {
+    std::uint32_t begin, end;
+};
+
+// A country with bank codes in the directory. Liechtenstein's stand among the Swiss ones.
+struct DirectoryCountry {
+    char code[3];
+    std::uint8_t bank_code_length;
+    char key_end[4]; // what its keys end with
+    RecordRange records;
+};
+
+// By the two capital letters that a text begins with; null for another country.
+const DirectoryCountry* find_directory_country(const char* text);
+
+// The day from which the country's data hold, yyyy-mm-dd.
+const char* data_date(const DirectoryCountry& country);
+
+// The texts of a bank, each ended by a zero byte: name, postal code, town, country and BIC. Empty where the
+// directory has none.
+struct BankTexts {
+    static constexpr int count = 5;
+
+    const char* texts;
+    const char* sizes; // of each, with its zero byte
+
+    std::size_t size(int text) const { return static_cast<unsigned char>(sizes[text]); }
+    std::string_view bic() const { return {texts + size(0) + size(1) + size(2) + size(3), size(4) - 1}; }
+};
+
+struct BankRecord {
+    BankTexts texts = {};
+    // Germany only
+    bool is_deleted = false;     // the bank code is marked for deletion
+    std::uint8_t method = 0;     // check-digit method
+    std::uint16_t iban_rule = 0; // rule number * 100 + version
+    std::string_view successor;  // eight digits, or empty
+};
+
+// Finds a bank by its bank code, which may be shorter than the country's are. German banks that announce new
+// data give them from the release's change date on.
+std::optional<BankRecord> find_bank(const DirectoryCountry& country, std::string_view bank_code);
+
+// The same for Germany. The bank code has eight characters, or there is no such bank.
+std::optional<BankRecord> find_german_bank(std::string_view bank_code);
+
+struct BicRecord {
     const char* name;
-    const char* postcode;
-    const char* city;
-    const char* country;
-    std::uint8_t deleted;    // 1: the bank code is marked for deletion (Germany)
-    const char* successor;   // eight digits or empty (Germany); null for other countries
-    std::uint8_t method;     // check-digit method code (Germany)
-    std::uint32_t iban_rule; // rule number * 100 + version (Germany)
-    char text[192];          // the selected version, cut into its fields
+    std::size_t name_size; // with its zero byte
+    std::uint8_t flags;    // SEPA_SCL_ bits
 };
 
-// The texts of a record where they stand in the directory, not ended by zero bytes.
-struct DirectoryTexts {
-    std::string_view bic;
-    std::string_view name;
-    std::string_view postcode;
-    std::string_view city;
-    std::string_view country;
+// Finds a BIC of eleven characters, which are taken as they stand.
+std::optional<BicRecord> find_bic(const char* bic);
+
+// --- The records one by one: the bank codes of all countries, then the BICs ---
+
+constexpr std::size_t longest_code = 11;
+
+extern const RecordRange all_records;
+
+struct DirectoryItem {
+    char code[longest_code + 1]; // bank code or BIC
+    std::optional<BankRecord> bank;
+    std::optional<BicRecord> bic;
 };
 
-// Slot that a key would have; -1 for what cannot be a key, because it is not 6 to 15 characters of "0" to
-// "z". Other strangers get any slot or a number below 0.
-int directory_hash(std::string_view key);
-
-// Record at a slot: key, header bytes and texts up to the record's end. Empty for a slot outside the table.
-std::string_view directory_record(int slot);
-
-int directory_size();
-
-// The record that begins with a key; empty when there is none.
-std::string_view directory_find(std::string_view key);
-
-// Whether the directory has bank codes of a country: "AT", "CH", "DE" and "LI".
-bool directory_covers(const char* country);
-
-// Finds the bank behind a bank code ("AT", "CH", "DE", "LI"); 1 found, 0 not. German records that announce
-// new data give them from the release's change date on.
-int directory_lookup(const char* country, const char* bank_id, DirectoryEntry* out);
-
-// Finds the same bank without copying its texts, which `out` (it may be null) is pointed at.
-bool directory_find_bank(const char* country, const char* bank_id, DirectoryTexts* out);
-
-// What account checks and IBAN construction need of a German bank; the text stands in the directory.
-struct GermanBank {
-    std::uint8_t deleted;
-    std::uint8_t method;
-    std::uint32_t iban_rule;
-    std::string_view successor;
-};
-
-// Finds a German bank by a bank code of eight characters.
-bool directory_find_german_bank(std::string_view bank_code, GermanBank* out);
+// The record of a number in all_records.
+DirectoryItem record_at(std::uint32_t number);
 
 } // namespace velmora

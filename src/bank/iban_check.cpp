@@ -65,10 +65,9 @@ int validate_german_account(const char* iban, const char** error) {
     char account[10 + 1] = {};
     std::memcpy(bank_code, iban + 4, 8);
     std::memcpy(account, iban + 12, 10);
-    GermanBank bank;
-    if (!directory_find_german_bank({bank_code, 8}, &bank))
-        return refuse(error, "Invalid bank ID (BLZ) in IBAN");
-    if (sepa_account_check2(account, bank_code, bank.method) == -1)
+    const auto bank = find_german_bank({bank_code, 8});
+    if (!bank) return refuse(error, "Invalid bank ID (BLZ) in IBAN");
+    if (sepa_account_check2(account, bank_code, bank->method) == -1)
         return refuse(error, "Invalid account number in IBAN");
     return 1;
 }
@@ -101,22 +100,4 @@ using namespace velmora;
 
 int sepa_iban_check(const char* iban) {
     return iban_validate(iban, nullptr) == 1 ? 1 : -1;
-}
-
-int sepa_iban_getBank(const char* iban, sepa_bank_t** bank) {
-    // Where the bank code stands in the IBANs of the countries in the directory.
-    struct BankCodeLength {
-        char country[3];
-        std::size_t length;
-    };
-    static constexpr BankCodeLength lengths[] = {{"AT", 5}, {"CH", 5}, {"LI", 5}, {"DE", 8}};
-
-    if (sepa_iban_check(iban) != 1) return -1;
-    for (const BankCodeLength& row : lengths) {
-        if (std::memcmp(iban, row.country, 2) != 0) continue;
-        char bank_code[8 + 1] = {};
-        std::memcpy(bank_code, iban + 4, row.length);
-        return sepa_bankid_check(row.country, bank_code, bank);
-    }
-    return 0;
 }

@@ -16,17 +16,16 @@ constexpr int longest_successor_chain = 16;
 // Runs the rule of the bank code, then those of its successors with the account that the rules before left.
 // The result is that of the last rule; -3 when a bank code is unknown.
 int build_iban(ConversionContext& context, char* iban, BankLookup* find_bank) {
-    GermanBank bank;
     for (int successors = 0; successors < longest_successor_chain; ++successors) {
-        if (!find_bank({context.bank_code, bank_code_length}, &bank)) break;
-        context.method = bank.method;
-        context.deleted = bank.deleted;
+        const auto bank = find_bank({context.bank_code, bank_code_length});
+        if (!bank) break;
+        context.method = bank->method;
         context.account_result =
             static_cast<std::int8_t>(sepa_account_check2(context.account, context.bank_code, context.method));
-        const int result = apply_iban_rule(bank.iban_rule / 100, iban, context);
+        const int result = apply_iban_rule(bank->iban_rule / 100, iban, context);
 
-        if (bank.successor.size() != bank_code_length) return result;
-        std::memcpy(context.bank_code, bank.successor.data(), bank_code_length);
+        if (bank->successor.size() != bank_code_length) return result;
+        std::memcpy(context.bank_code, bank->successor.data(), bank_code_length);
         context.status = successor_used;
     }
     context.status = bank_code_unknown;
@@ -82,6 +81,5 @@ int convert_account(const char* country, const char* account, const char* bank_c
 
 int sepa_iban_convert(const char* country, const char* account, const char* bank_code, char* iban,
                       uint8_t* status) {
-    return velmora::convert_account(country, account, bank_code, iban, status,
-                                    velmora::directory_find_german_bank);
+    return velmora::convert_account(country, account, bank_code, iban, status, velmora::find_german_bank);
 }

@@ -2,14 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "bank/directory.h"
 
 namespace velmora {
 
-// What finds a bank; directory_find_german_bank() but in tests.
-using BankLookup = bool(std::string_view bank_code, GermanBank* out);
+// What finds a bank; find_german_bank() but in tests.
+using BankLookup = std::optional<BankRecord>(std::string_view bank_code);
 
 // sepa_iban_convert() over any directory.
 int convert_account(const char* country, const char* account, const char* bank_code, char* iban,

@@ -6,8 +6,8 @@ import re
 
 LISTS = ("Germany", "Austria", "Switzerland", "BICs")
 
-# A lookup copies a version's texts, or a whole BIC record, into a buffer of this size.
-TEXT_BUFFER = 192
+# A byte says how long a text is, with the zero byte behind it.
+LONGEST_TEXT = 254
 
 
 class DataError(Exception):
@@ -25,7 +25,7 @@ class Bank:
     country: str
 
     def texts(self):
-        return (self.bic, self.name, self.postcode, self.town, self.country)
+        return (self.name, self.postcode, self.town)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -41,11 +41,8 @@ class GermanVersion:
     postcode: str
     town: str
 
-    def header(self):
-        return bytes((self.deleted, self.method)) + self.iban_rule.to_bytes(2, "big")
-
     def texts(self):
-        return (self.successor, self.bic, self.name, self.postcode, self.town)
+        return (self.name, self.postcode, self.town)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -73,28 +70,47 @@ class Directory:
 
 @dataclasses.dataclass(frozen=True)
 class Record:
-    """One record of the library: its key, and the kind and parts (binary ones are bytes) of one or two rows."""
+    """One record of the library: its key, and of each version what stands before its texts, the texts and a remark."""
 
-    key: bytes
-    rows: tuple
+    key: str
+    versions: tuple
+
+
+def _sizes(*texts):
+    return bytes(len(text.encode()) + 1 for text in texts)
+
+
+def _bank(key, bank, country):
+    texts = (bank.name, bank.postcode, bank.town, country, bank.bic)
+    return Record(key, (((b"\0" + _sizes(*texts),), texts, ""),))
+
+
+def _german(code, versions):
+    result = []
+    for number, version in enumerate(versions, 1):
+        texts = (version.name, version.postcode, version.town, "DE", version.bic)
+        deleted = version.deleted + (2 if number < len(versions) else 0)
+        header = bytes((deleted, version.method)) + version.iban_rule.to_bytes(2, "big")
+        prefix = (bytes((len(version.successor),)) + _sizes(*texts), header, version.successor)
+        # The header's bytes hide the IBAN rule from a reader; the standard rule needs no remark.
+        result.append((prefix, texts, f"IBAN rule {version.iban_rule:04}" if version.iban_rule else ""))
+    return Record(f"{code}_DE", tuple(result))
 
 
 def records(directory):
-    """The records in slot order, which is the ascending byte order of their keys."""
+    """The records in the order of the file."""
     result = []
-    for bic, entry in directory.bics.items():
-        result.append(Record(bic.encode(), (("BIC", (bic, bytes((entry.flags,)), entry.name)),)))
-    for kind, prefix, banks in (("AUSTRIAN", "_AT", directory.austrian), ("SWISS", "_CH", directory.swiss)):
+    for suffix, banks in (("_AT", directory.austrian), ("_CH", directory.swiss)):
         for code, bank in banks.items():
-            # A bank code in a key has five characters: a shorter one is filled from its BIC.
+            # A bank code has five characters: a shorter one is filled from its BIC.
             start = code + bank.bic
-            parts = (start[:5], start[5:], bank.name, bank.postcode, bank.town, bank.country)
-            result.append(Record((prefix + start[:5]).encode(), ((kind, parts),)))
-    for code, versions in directory.german.items():
-        rows = [("CHANGED", (version.header(), *version.texts())) for version in versions]
-        rows[0] = ("GERMAN", (code, *rows[0][1]))
-        result.append(Record(f"_DE{code}".encode(), tuple(rows)))
-    return sorted(result, key=lambda record: record.key)
+            bank = dataclasses.replace(bank, bic=start[5:])
+            result.append(_bank(start[:5].rjust(8, "0") + suffix, bank, bank.country))
+    result += [_german(code, versions) for code, versions in directory.german.items()]
+    result += [Record(bic, (((_sizes(entry.name), bytes((entry.flags,))), (entry.name,), ""),))
+               for bic, entry in directory.bics.items()]
+    return sorted(result, key=lambda record: (record.key[8] != "_", record.key[8:] if record.key[8] == "_" else "",
+                                              record.key))
 
 
 def change_seconds(date):
@@ -114,10 +130,11 @@ def check(directory):
         if not condition:
             raise DataError(f"{key}: {problem}")
 
-    def check_texts(key, texts, buffer):
+    def check_texts(key, texts):
         for text in texts:
+            # "|" separates columns in some lists.
             require(text.isprintable() and "|" not in text, key, f"unusable text {text!r}")
-        require(len("|".join(texts).encode()) < buffer, key, "texts too long")
+            require(len(text.encode()) <= LONGEST_TEXT, key, "text too long")
 
     def check_bic(key, bic, optional=True):
         require(re.fullmatch("[A-Z0-9]{11}", bic) or (optional and not bic), key, f"invalid BIC {bic!r}")
@@ -131,17 +148,17 @@ def check(directory):
             require(0 <= version.iban_rule <= 0xFFFF, code, "invalid IBAN rule")
             require(re.fullmatch("([0-9]{8})?", version.successor), code, "invalid successor")
             check_bic(code, version.bic)
-            check_texts(code, version.texts(), TEXT_BUFFER)
+            check_texts(code, version.texts())
     for banks, codes in ((directory.austrian, "[0-9]{3,5}"), (directory.swiss, "[0-9]{5}")):
         for code, bank in banks.items():
             require(re.fullmatch(codes, code), code, "not a bank code")
             require(re.fullmatch("([A-Z]{2})?", bank.country), code, "invalid country")
             check_bic(code, bank.bic, optional=len(code) == 5)
-            check_texts(code, bank.texts(), TEXT_BUFFER)
+            check_texts(code, bank.texts())
     for bic, entry in directory.bics.items():
         check_bic(bic, bic, optional=False)
         require(0 <= entry.flags <= 0xF, bic, "invalid scheme flags")
-        check_texts(bic, (entry.name,), TEXT_BUFFER - 12)
+        check_texts(bic, (entry.name,))
     keys = [record.key for record in records(directory)]
     for before, key in zip(keys, keys[1:]):
-        require(before != key, key.decode(), "two records with this key")
+        require(before != key, key, "two records with this key")

@@ -119,8 +119,9 @@ def _reachable(rows, preamble):
     for row in rows:
         bic = _full_bic(_one_of("[A-Z0-9]{8}([A-Z0-9]{3})?", row["BIC"], "not a BIC:"))
         flags = sum(bit * int(_one_of("[01]", row[scheme], f"{bic}: unknown mark")) for scheme, bit in SCHEMES.items())
-        # With eight and with eleven characters a BIC may be listed twice; the first entry counts.
-        entries.setdefault(bic, model.Reachability(flags, row["Name"]))
+        # With eight and with eleven characters a BIC may be listed twice; the first entry's name counts.
+        if entries.setdefault(bic, model.Reachability(flags, row["Name"])).flags != flags:
+            raise model.DataError(f"{bic} is listed twice with different flags")
     return Published("BICs", entries, _date(preamble))
 
 
@@ -189,7 +190,7 @@ def parse(data):
         published = _table(text)
     if not published.entries:
         raise model.DataError("without entries")
-    if published.list not in ("Switzerland", RULES) and not text.endswith("\n"):
+    if published.list != "Switzerland" and not text.endswith("\n"):
         raise model.DataError("the last line is cut off")
     return published
 

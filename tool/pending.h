@@ -67,15 +67,6 @@ inline int sepa_iban_convert2(const char* country, const char* account, const ch
     *account_result = 0;
     return result;
 }
-inline int sepa_bank_next(const char*, uint32_t*, char*, sepa_bank_t**) {
-    return 0;
-}
-inline int sepa_bankid_method(const char*, char*, int*) {
-    return -1;
-}
-inline const char* sepa_data_date(const char*) {
-    return nullptr;
-}
 inline int sepa_reference_check(const char*) {
     return -1;
 }

@@ -22,13 +22,20 @@ public:
         return joined_.append({&separator, 1}) && joined_.append({piece, length});
     }
 
+    bool empty() const { return first_ == nullptr; }
+    std::size_t length() const { return joined_.empty() ? first_length_ : joined_.view().size(); }
+
     // Gives the text away, null when there was no piece. False without memory.
     bool take(RecordPool& pool, char*& text) {
         text = first_ == nullptr || joined_.empty() ? first_ : pool.copy_text(joined_.view());
         const bool done = first_ == nullptr || text != nullptr;
+        clear();
+        return done;
+    }
+
+    void clear() {
         first_ = nullptr;
         joined_.clear();
-        return done;
     }
 
 private:

@@ -13,5 +13,6 @@ using LoadFunction = int(sepa_stmt_parser_t& parser);
 LoadFunction* find_load_function(std::uint32_t format);
 
 LoadFunction load_mt940;
+LoadFunction load_camt;
 
 } // namespace velmora

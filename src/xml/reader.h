@@ -18,6 +18,7 @@ namespace velmora {
 class XmlReader {
 public:
     enum class Event : std::uint8_t { start, end, document_end, error };
+    static constexpr int max_depth = 64;
 
     // Begins with a document. One in another encoding than UTF-8 is replaced by its conversion. False with an
     // error.
@@ -30,7 +31,9 @@ public:
     // At the end of an element that has no elements inside: its text, zero-terminated. The caller may change
     // it in place. Otherwise null.
     char* text() const { return text_; }
-    std::size_t text_length() const { return static_cast<std::size_t>(text_end_ - text_); }
+    std::size_t text_length() const {
+        return text_ == nullptr ? 0 : static_cast<std::size_t>(text_end_ - text_);
+    }
     // Of the element that starts: the value, its references not replaced; empty when there is none.
     std::string_view attribute(std::string_view name) const;
     // The namespace of the element that starts, empty when it has none. Looks at all open elements.
@@ -45,7 +48,6 @@ public:
     const ErrorText& error() const { return error_; }
 
 private:
-    static constexpr int max_depth = 64;
     static constexpr int max_attributes = 32;
     static constexpr std::size_t max_name = 64;
 

@@ -1,0 +1,99 @@
+#include "statement/camt_remittance.h"
+
+#include <cstring>
+
+#include "base/ascii.h"
+
+namespace velmora::camt {
+namespace {
+
+constexpr std::size_t keyword_length = 5;
+
+struct Keyword {
+    char text[keyword_length + 1];
+    char* sepa_stmt_tx_t::*value;
+    bool is_amount = false;
+};
+
+constexpr Keyword keywords[] = {
+    {"EREF+", &sepa_stmt_tx_t::eref},       {"KREF+", &sepa_stmt_tx_t::kref},
+    {"MREF+", &sepa_stmt_tx_t::mref},       {"CRED+", &sepa_stmt_tx_t::cred},
+    {"DEBT+", &sepa_stmt_tx_t::debt},       {"PURP+", &sepa_stmt_tx_t::purp},
+    {"COAM+", &sepa_stmt_tx_t::coam, true}, {"OAMT+", &sepa_stmt_tx_t::oamt, true},
+    {"SVWZ+", &sepa_stmt_tx_t::svwz},       {"ABWA+", &sepa_stmt_tx_t::abwa},
+    {"ABWE+", &sepa_stmt_tx_t::abwe},
+};
+
+const Keyword* find_keyword(const char* text) {
+    for (const Keyword& keyword : keywords)
+        if (std::strncmp(text, keyword.text, keyword_length) == 0) return &keyword;
+    return nullptr;
+}
+
+// The next keyword behind a blank, or the text's end.
+char* find_next_keyword(char* text) {
+    char* plus = text;
+    while ((plus = std::strchr(plus, '+')) != nullptr) {
+        if (plus - text >= static_cast<std::ptrdiff_t>(keyword_length)) {
+            char* const word = plus - (keyword_length - 1);
+            if (is_space(word[-1]) && find_keyword(word) != nullptr) return word;
+        }
+        ++plus;
+    }
+    return text + std::strlen(text);
+}
+
+// Cuts the blanks in front of `end` off; returns the length that is left.
+std::size_t trim(char* begin, char* end) {
+    if (end == begin) return 0;
+    while (end != begin && is_space(end[-1]))
+        --end;
+    if (*end != '\0') *end = '\0';
+    return static_cast<std::size_t>(end - begin);
+}
+
+} // namespace
+
+bool is_no_reference(const char* text) {
+    return std::strcmp(text, "NOTPROVIDED") == 0;
+}
+
+bool Remittance::add(char* text, std::size_t length) {
+    if (keywords_at_ == nowhere && find_keyword(text) != nullptr)
+        keywords_at_ = text_.empty() ? 0 : text_.length() + 1;
+    return text_.add(text, length, ' ');
+}
+
+bool Remittance::take(RecordPool& records, sepa_stmt_tx_t& booking) {
+    char* text = nullptr;
+    const std::size_t keywords_at = keywords_at_;
+    keywords_at_ = nowhere;
+    if (!text_.take(records, text)) return false;
+    if (keywords_at == nowhere) {
+        booking.svwz = text;
+        return true;
+    }
+
+    // The purpose has a keyword, too; more than one text of it are joined again.
+    JoinedText purpose;
+    if (keywords_at != 0) {
+        const std::size_t length = trim(text, text + keywords_at);
+        if (length != 0 && !purpose.add(text, length, ' ')) return false;
+    }
+    for (char* word = text + keywords_at; *word != '\0';) {
+        const Keyword& keyword = *find_keyword(word);
+        char* const value = word + keyword_length;
+        word = find_next_keyword(value);
+        const std::size_t length = trim(value, word);
+        if (length == 0) continue;
+        if (keyword.value == &sepa_stmt_tx_t::svwz) {
+            if (!purpose.add(value, length, ' ')) return false;
+        } else if (booking.*keyword.value == nullptr && !is_no_reference(value)) {
+            booking.*keyword.value = value;
+            if (char* const comma = keyword.is_amount ? std::strchr(value, ',') : nullptr) *comma = '.';
+        }
+    }
+    return purpose.take(records, booking.svwz);
+}
+
+} // namespace velmora::camt

@@ -190,7 +190,9 @@ void drop_parts(Reading& reading) {
 // In the currency of the entry, or null.
 const Amount* amount_of_part(const Details& part, const Amount& entry) {
     for (const Amount* amount : {&part.amount, &part.transaction, &part.instructed})
-        if (amount->is_given() && std::strcmp(amount->currency, entry.currency) == 0) return amount;
+        if (amount->is_given() &&
+            (amount->currency[0] == '\0' || std::strcmp(amount->currency, entry.currency) == 0))
+            return amount;
     return nullptr;
 }
 
@@ -213,7 +215,11 @@ bool end_part(Reading& reading) {
     return fill(reading, *piece, *amount, sign);
 }
 
-bool has_amount(const Details& entry) {
+// An amount without a currency is in that of the account.
+bool has_amount(Reading& reading) {
+    Details& entry = reading.fields.entry.details;
+    if (entry.amount.currency[0] == '\0')
+        std::memcpy(entry.amount.currency, reading.fields.statement.currency, sizeof entry.amount.currency);
     return entry.amount.is_given() && entry.sign != Sign::unknown;
 }
 
@@ -262,7 +268,7 @@ bool begin_part(Reading& reading) {
         reading.sum_of_parts = 0;
         reading.parts_add_up = true;
     } else {
-        if (!has_amount(entry.details)) return refuse(reading, "details before the amount of their entry");
+        if (!has_amount(reading)) return refuse(reading, "details before the amount of their entry");
         if (!end_part(reading)) return false;
     }
     ++entry.parts;
@@ -275,7 +281,7 @@ bool begin_part(Reading& reading) {
 bool end_entry(Reading& reading) {
     Entry& entry = reading.fields.entry;
     Statement& fields = reading.fields.statement;
-    if (!has_amount(entry.details)) return refuse(reading, "an entry without its amount");
+    if (!has_amount(reading)) return refuse(reading, "an entry without its amount");
     if (entry.status[0] == '\0') std::memcpy(entry.status, "BOOK", sizeof entry.status);
     if (reading.no_reference == nullptr) {
         reading.no_reference = reading.records.copy_text("NONREF");

@@ -8,7 +8,7 @@
 namespace velmora {
 
 constexpr std::uint64_t repeated(unsigned char byte) {
-    return 0x0101'0101'0101'0101 * byte;
+    return 0x0101'0101'0101'0101U * byte;
 }
 
 // Eight characters as one number, the first in the lowest byte.

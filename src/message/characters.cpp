@@ -6,25 +6,41 @@
 namespace velmora {
 namespace {
 
-enum CharacterClass : std::uint8_t {
-    basic = 1,    // letters, digits and the punctuation of every SEPA text
-    space = 2,    // permitted in free texts
-    extended = 4, // permitted in names
-    austrian = 8, // permitted by the Austrian rulebook; two of them are single bytes of ISO 8859-1
-};
+// One bit for each set, those of the Austrian rulebook behind the others.
+constexpr int set_count = 3;
 
-constexpr auto classes = [] {
+constexpr unsigned bit_of(CharacterSet set, bool is_austrian) {
+    return 1u << (static_cast<int>(set) + (is_austrian ? set_count : 0));
+}
+
+// The sets that hold a byte as a character of its own.
+constexpr auto sets_of_byte = [] {
     std::array<std::uint8_t, 256> table{};
-    const auto put = [&](std::string_view characters, CharacterClass c) {
+    const auto put = [&](std::string_view characters, unsigned sets) {
         for (const char character : characters)
-            table[static_cast<unsigned char>(character)] = c;
+            table[static_cast<unsigned char>(character)] |= static_cast<std::uint8_t>(sets);
     };
-    put("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789'()+,-./:?", basic);
-    put(" ", space);
-    put("$%&*", extended);
-    put("!\"#;=@[]^_{}~<>|\xA7\xB0", austrian);
+    constexpr unsigned identifier = bit_of(CharacterSet::identifier, false),
+                       text = bit_of(CharacterSet::text, false), name = bit_of(CharacterSet::name, false);
+    constexpr unsigned austrian = 1u << set_count; // times the sets
+    put("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789'()+,-./:?",
+        (identifier | text | name) * (1 + austrian));
+    put(" ", (text | name) * (1 + austrian));
+    put("$%&*", name * (1 + austrian));
+    put("!\"#;=@[]^_{}~<>|\xA7\xB0", (identifier | text | name) * austrian); // two are of ISO 8859-1
     return table;
 }();
+
+// How many bytes at the beginning are in a set, four at a time as far as there are so many.
+std::size_t length_in_set(std::string_view text, unsigned set) {
+    const auto sets = [&](std::size_t at) { return sets_of_byte[static_cast<unsigned char>(text[at])]; };
+    std::size_t at = 0;
+    while (at + 4 <= text.size() && (sets(at) & sets(at + 1) & sets(at + 2) & sets(at + 3) & set) != 0)
+        at += 4;
+    while (at < text.size() && (sets(at) & set) != 0)
+        ++at;
+    return at;
+}
 
 // Length of a permitted character of several UTF-8 bytes at the start of `text`, or 0.
 std::size_t german_letter(std::string_view text) {
@@ -43,24 +59,16 @@ const char* find_forbidden_character(std::string_view text, CharacterSet set, co
     if (set == CharacterSet::name && permits_basic_characters_only(rulebook)) set = CharacterSet::text;
     const bool is_name = set == CharacterSet::name;
     const bool is_austrian = permits_austrian_characters(rulebook);
-    unsigned permitted = basic;
-    if (set != CharacterSet::identifier) permitted |= space;
-    if (is_name) permitted |= extended;
-    if (is_austrian) permitted |= austrian;
-
-    for (std::size_t i = 0; i < text.size();) {
-        if ((classes[static_cast<unsigned char>(text[i])] & permitted) != 0) {
-            ++i;
-            continue;
-        }
-        const std::string_view rest(text.data() + i, text.size() - i); // substr()'s check needs libstdc++
+    const unsigned bit = bit_of(set, is_austrian);
+    for (;;) {
+        text.remove_prefix(length_in_set(text, bit));
+        if (text.empty()) return nullptr;
         std::size_t length = 0;
-        if (is_name) length = german_letter(rest);
-        if (length == 0 && is_austrian) length = euro_sign(rest);
-        if (length == 0) return text.data() + i;
-        i += length;
+        if (is_name) length = german_letter(text);
+        if (length == 0 && is_austrian) length = euro_sign(text);
+        if (length == 0) return text.data();
+        text.remove_prefix(length);
     }
-    return nullptr;
 }
 
 } // namespace velmora

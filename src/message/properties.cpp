@@ -1,9 +1,9 @@
 #include "message/properties.h"
 
 #include <array>
-#include <cstring>
 #include <iterator>
 
+#include "base/words.h"
 #include "velmora.h"
 
 namespace velmora {
@@ -80,21 +80,28 @@ struct Key {
 };
 
 constexpr std::size_t longest_key = sizeof Property::key - 1;
+constexpr Key no_key{0, 0};
 
 // Turns the capitals among eight characters into lower case.
-constexpr std::uint64_t lower_case(std::uint64_t eight) {
-    constexpr std::uint64_t each = 0x0101010101010101;
-    const std::uint64_t low_bits = eight & each * 0x7F;
-    const std::uint64_t from_a = low_bits + each * (0x80 - 'A'), behind_z = low_bits + each * (0x7F - 'Z');
-    return eight | (((from_a & ~behind_z & ~eight) & each * 0x80) >> 2);
+constexpr std::uint64_t lower_case(std::uint64_t word) {
+    const std::uint64_t low = word & repeated(0x7F);
+    const std::uint64_t from_a = low + repeated(0x80 - 'A'), beyond_z = low + repeated(0x7F - 'Z');
+    const std::uint64_t capitals = from_a & ~beyond_z & ~word & repeated(0x80);
+    return word | capitals >> 2; // 0x80 becomes 0x20
 }
 
-// Of at most longest_key characters.
-constexpr Key make_key(const char* text, std::size_t length) {
-    Key key{0, 0};
-    for (std::size_t i = 0; i < length; ++i) {
-        const auto byte = static_cast<std::uint64_t>(static_cast<unsigned char>(text[i]));
-        (i < 8 ? key.head : key.tail) |= byte << i % 8 * 8;
+// no_key for a text that is longer than every key.
+constexpr Key make_key(const char* text) {
+    Key key = no_key;
+    std::uint64_t* part = &key.head;
+    int shift = 0;
+    for (std::size_t length = 0; *text != '\0'; ++text, shift += 8) {
+        if (++length > longest_key) return no_key;
+        if (shift == 64) {
+            part = &key.tail;
+            shift = 0;
+        }
+        *part |= static_cast<std::uint64_t>(static_cast<unsigned char>(*text)) << shift;
     }
     return {lower_case(key.head), lower_case(key.tail)};
 }
@@ -115,7 +122,7 @@ struct KeyTable {
 consteval KeyTable make_key_table() {
     KeyTable table{};
     for (std::size_t i = 0; i < std::size(properties); ++i)
-        table.keys[i] = make_key(properties[i].key, std::char_traits<char>::length(properties[i].key));
+        table.keys[i] = make_key(properties[i].key);
     for (table.factor = 0x9E3779B97F4A7C15;; table.factor = table.factor * 6364136223846793005 + 1) {
         table.slots = {};
         bool distinct = true;
@@ -134,9 +141,7 @@ constexpr KeyTable table = make_key_table();
 } // namespace
 
 const Property* find_property(const char* key, std::uint32_t message_type, const Rulebook& rulebook) {
-    const std::size_t length = strnlen(key, longest_key + 1);
-    if (length > longest_key) return nullptr;
-    const Key wanted = make_key(key, length);
+    const Key wanted = make_key(key);
     const std::size_t first = table.slots[slot_of(wanted, table.factor)];
     if (first == 0) return nullptr;
     const auto message =

@@ -35,12 +35,40 @@ constexpr SubcommandRow table[] = {
      "velmora bank 37040044 COBADEFFXXX\n"
      "velmora bank --search münchen",
      run_bank},
+    {sub::pay, "pay", "FILE|-", "a table of payments to a credit transfer file (pain.001)",
+     "Reads payments from a CSV or TSV whose header names the keys of the rulebook: name, iban, amount, "
+     "date, id, "
+     "ref and so on. An empty cell is a key that the payment does not have. Amounts have a decimal point or, "
+     "in a CSV "
+     "with semicolons, a decimal comma; what could mean two things is refused, and nothing is rounded.\n"
+     "One refused row, and nothing is written. Each is told with its line, column and reason. The file "
+     "appears "
+     "under its name when it is whole; without --out it goes to standard output.\n"
+     "Warnings do not keep a file from being written: a date more than 15 days ahead, a single payment, "
+     "equal "
+     "identifications, and the same amount to the same account twice.",
+     "files, blocks, payments, sum (with --out or --dry-run)",
+     "velmora pay --name 'Muster GmbH' --iban DE02120300000000202051 --out pay.xml payments.csv\n"
+     "velmora pay --name 'Muster GmbH' --iban DE02120300000000202051 --dry-run payments.csv",
+     run_payments},
+    {sub::collect, "collect", "FILE|-", "a table of payments to a direct debit file (pain.008)",
+     "As velmora pay, for direct debits: further keys are seq, mref, mdate and those of changed mandates.",
+     "files, blocks, payments, sum (with --out or --dry-run)",
+     "velmora collect --name 'Turnverein e.V.' --iban DE02120300000000202051 --creditor-id "
+     "DE98ZZZ09999999999 "
+     "--out collect.xml members.csv",
+     run_payments},
     {sub::methods, "methods", "[METHOD ACCOUNT]...", "check digit methods of German accounts",
      "Lists the methods with the number of banks that use each, or checks accounts by a method: 1 is valid, "
      "0 not "
      "checkable, 2 valid without its sub-account, -1 invalid.",
      "method, checked, banks; with METHOD and ACCOUNT: method, result", "velmora methods 13 532013000",
      run_methods},
+    {sub::rulebooks, "rulebooks", "[RULEBOOK]", "rulebooks with their schemas, keys and limits",
+     "Lists the rulebooks with the schemas of their files, or the keys that payments have under one of them.",
+     "rulebook, direct_debit, credit_transfer; for one rulebook: key, limit, credit_transfer, direct_debit, "
+     "meaning",
+     "velmora rulebooks DE-3.7", run_rulebooks},
     {sub::help, "help", "[SUBCOMMAND]", "tell what a subcommand does",
      "Shows all subcommands or one of them; prints the manual page or the completion for a shell.", nullptr,
      "velmora help check\n"

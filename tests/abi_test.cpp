@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,10 +16,12 @@ const std::string library = VELMORA_LIBRARY;
 
 // The first group of every match, line by line.
 std::vector<std::string> find_all(const std::string& text, const std::string& pattern) {
-    const std::regex expression(pattern, std::regex::multiline);
+    const std::regex expression(pattern);
     std::vector<std::string> found;
-    for (std::sregex_iterator match(text.begin(), text.end(), expression), end; match != end; ++match)
-        found.push_back((*match)[1]);
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        for (std::sregex_iterator match(line.begin(), line.end(), expression), end; match != end; ++match)
+            found.push_back((*match)[1]);
     return found;
 }
 
@@ -76,7 +79,8 @@ TEST(Abi, IsHardened) {
     const std::string code = output_of("objdump -d --no-show-raw-insn");
     EXPECT_FALSE(find_all(code, "(?:call|bl|jmp|b) .*<__(snprintf|memcpy)_chk>").empty());
 #if defined(__x86_64__) || defined(__aarch64__)
-    EXPECT_EQ(find_all(code, "<sepa_iban_check>:\n[^\n]*(endbr64|paciasp|bti)").size(), 1u);
+    const std::string function = output_of("objdump -d --no-show-raw-insn --disassemble=sepa_iban_check");
+    EXPECT_FALSE(find_all(function, "(endbr64|paciasp|bti)").empty());
 #endif
 }
 

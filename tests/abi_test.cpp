@@ -77,7 +77,7 @@ TEST(Abi, IsHardened) {
     EXPECT_EQ(find_all(output_of("nm -D --undefined-only --format=posix"), "^(.*_chk.*?)[@ ]"),
               std::vector<std::string>{"__stack_chk_fail"});
     const std::string code = output_of("objdump -d --no-show-raw-insn");
-    EXPECT_FALSE(find_all(code, "(?:call|bl|jmp|b) .*<__(snprintf|memcpy)_chk>").empty());
+    EXPECT_FALSE(find_all(code, "(?:callq?|jmpq?|bl?) .*<__(snprintf|memcpy)_chk>").empty());
 #if defined(__x86_64__) || defined(__aarch64__)
     const std::string function = output_of("objdump -d --no-show-raw-insn --disassemble=sepa_iban_check");
     EXPECT_FALSE(find_all(function, "(endbr64|paciasp|bti)").empty());

@@ -48,6 +48,18 @@ struct Description {
         const auto result = std::to_chars(digits, digits + sizeof digits, value);
         if (value != 0) text.append(" ").append(name).append("=").append(digits, result.ptr);
     }
+    void add(const char* name, double value) { // so, too, which not every std::to_chars can
+        char best[512] = "";
+        for (const char* format : {"%.*f", "%.*e"}) {
+            char digits[512];
+            int precision = 0;
+            do
+                std::snprintf(digits, sizeof digits, format, precision++, value);
+            while (std::strtod(digits, nullptr) != value);
+            if (!*best || std::strlen(digits) < std::strlen(best)) std::strcpy(best, digits);
+        }
+        if (value != 0) text.append(" ").append(name).append("=").append(best);
+    }
     void add(const char* name, const struct tm& date) {
         struct tm only_date {};
         if (std::memcmp(&date, &only_date, sizeof date) == 0) return;

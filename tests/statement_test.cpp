@@ -157,9 +157,12 @@ extern "C" int __wrap_fstat(int descriptor, struct stat* status) {
     errno = disturbance.fstat_error;
     return errno == 0 ? __real_fstat(descriptor, status) : -1;
 }
+// Before glibc 2.33 it was an inline function.
+constexpr bool fstat_can_be_disturbed = __GLIBC_PREREQ(2, 33);
 
 TEST(Statement, WhatCannotBeReadIsTold) {
     const auto expect = [](const char* path, const std::string& text, const Disturbance& how = {}) {
+        if (how.fstat_error && !fstat_can_be_disturbed) return;
         const Parser parser = new_parser();
         disturbance = how;
         expect_failure(parser, sepa_stmt_parser_load(parser.get(), SEPA_STMT_FORMAT_MT940, path), text);
@@ -168,7 +171,7 @@ TEST(Statement, WhatCannotBeReadIsTold) {
     };
     const MemoryFile file("X\r\n:20:A\r\n-\r\n"), empty(""), huge(""), zero({"\0\r\n:20:A\r\n-\r\n", 13});
     const int next_descriptor = MemoryFile("").descriptor();
-    ASSERT_EQ(ftruncate(huge.descriptor(), 1L << 60), 0);
+    ASSERT_EQ(ftruncate(huge.descriptor(), off_t{1} << (8 * sizeof(off_t) - 4)), 0);
     const std::string pipe = fs::temp_directory_path() / ("velmora-" + std::to_string(getpid()));
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     expect(nullptr, "Can't open input file: Bad address");

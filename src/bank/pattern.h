@@ -29,7 +29,7 @@ void pattern_is_not_understood();
 
 // Reads a POSIX extended regular expression of characters, "[...]" and "{count}", anchored on both sides; one
 // "(...)?" may stand at its end.
-consteval Pattern read_pattern(const char* p) {
+constexpr Pattern read_pattern(const char* p) {
     Pattern pattern{};
     const auto expect = [](bool condition) {
         if (!condition) pattern_is_not_understood();

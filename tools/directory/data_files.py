@@ -75,7 +75,7 @@ def write(folder, text):
         return False
     draft = path.with_suffix(".new")
     try:
-        draft.write_text(text, encoding="utf-8", newline="\n")
+        draft.write_text(text, encoding="utf-8")
         os.replace(draft, path)
     finally:
         draft.unlink(missing_ok=True)

@@ -133,15 +133,16 @@ void expect_every_row(bool change_is_due) {
         }
         if (row->country() == "DE") {
             const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(row->parts[1][i]); };
-            const auto bank = find_german_bank(code);
+            const BankRecord bank = find_german_bank(code);
             ASSERT_TRUE(bank);
-            EXPECT_EQ(std::tuple(bank->is_deleted, bank->method, bank->iban_rule),
-                      std::tuple(byte(0) % 2 == 1, byte(1), byte(2) * 256 + byte(3)));
-            EXPECT_EQ(bank->successor, row->parts[2]);
+            EXPECT_EQ(std::tuple(bank.is_deleted(), bank.method(), bank.iban_rule()),
+                      std::tuple(byte(0) % 2 == 1, byte(1), byte(2) * 256U + byte(3)));
+            EXPECT_EQ(bank.successor(), row->parts[2]);
             char method[3];
             int rule = -1;
             EXPECT_EQ(sepa_bankid_method(code.c_str(), method, &rule), 1);
-            EXPECT_EQ(std::stoi(method, nullptr, 16) * 65536 + rule, bank->method * 65536 + bank->iban_rule);
+            EXPECT_EQ(std::stoi(method, nullptr, 16) * 65536 + rule,
+                      static_cast<int>(bank.method() * 65536U + bank.iban_rule()));
         }
     }
     EXPECT_EQ(next_bank(nullptr, index), "0");

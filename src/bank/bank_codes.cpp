@@ -22,10 +22,10 @@ int sepa_bankid_check(const char* country, const char* bank_id, sepa_bank_t** ba
     if (known == nullptr) return 0;
     if (bank_id == nullptr) return -2;
     const std::size_t length = strnlen(bank_id, known->bank_code_length + std::size_t{1});
-    const auto record = find_bank(*known, {bank_id, length});
+    const BankRecord record = find_bank(*known, {bank_id, length});
     if (!record) return -2;
     if (bank == nullptr) return 1;
-    sepa_bank_t* result = make_bank_record(record->texts);
+    sepa_bank_t* result = make_bank_record(record);
     if (result == nullptr) return -3;
     *bank = result;
     return 1;
@@ -35,14 +35,14 @@ int sepa_bankid_method(const char* bank_code, char* method, int* iban_rule) {
     constexpr std::size_t length = 8;
     constexpr char digits[] = "0123456789ABCDEF";
     if (bank_code == nullptr || strnlen(bank_code, length + 1) != length) return -1;
-    const auto bank = find_german_bank({bank_code, length});
+    const BankRecord bank = find_german_bank({bank_code, length});
     if (!bank) return -2;
     if (method != nullptr) {
-        method[0] = digits[bank->method >> 4];
-        method[1] = digits[bank->method & 0xF];
+        method[0] = digits[bank.method() >> 4];
+        method[1] = digits[bank.method() & 0xF];
         method[2] = '\0';
     }
-    if (iban_rule != nullptr) *iban_rule = bank->iban_rule;
+    if (iban_rule != nullptr) *iban_rule = bank.iban_rule();
     return 1;
 }
 
@@ -59,8 +59,7 @@ int sepa_bank_next(const char* country, uint32_t* index, char* code, sepa_bank_t
     if (*index >= range.end - range.begin) return 0;
     const DirectoryItem item = record_at(range.begin + *index);
     if (bank != nullptr) {
-        sepa_bank_t* record =
-            item.bank ? make_bank_record(item.bank->texts) : make_bic_record(*item.bic, item.code);
+        sepa_bank_t* record = item.bank ? make_bank_record(item.bank) : make_bic_record(item.bic, item.code);
         if (record == nullptr) return -3;
         *bank = record;
     }

@@ -7,9 +7,9 @@
 namespace velmora {
 
 // Copies a bank's texts into one block for the caller. Null without memory.
-sepa_bank_t* make_bank_record(const BankTexts& texts);
+sepa_bank_t* make_bank_record(BankRecord record);
 
 // The same for a BIC of eleven characters: name, country, BIC and flags.
-sepa_bank_t* make_bic_record(const BicRecord& entry, const char* bic);
+sepa_bank_t* make_bic_record(BicRecord record, const char* bic);
 
 } // namespace velmora

@@ -18,10 +18,10 @@ int sepa_bic_getBank(const char* bic, sepa_bank_t** bank) {
         if (!is_letter_or_digit(bic[i])) return -2;
         key[i] = to_upper(bic[i]);
     }
-    const auto entry = find_bic(key);
+    const BicRecord entry = find_bic(key);
     if (!entry) return -2;
     if (bank == nullptr) return 1;
-    sepa_bank_t* result = make_bic_record(*entry, key);
+    sepa_bank_t* result = make_bic_record(entry, key);
     if (result == nullptr) return -3;
     *bank = result;
     return 1;

@@ -38,42 +38,24 @@ constexpr std::uint32_t key_end(const char* text) {
 
 constexpr DirectoryKey read_key(const char* text) {
     return {key_end(text) | std::uint64_t{key_end(text + 3)} << 24 | std::uint64_t{key_end(text + 6)} << 48,
-            key_end(text + 8)};
+            key_end(text + country_in_key)};
 }
 
 constexpr std::uint32_t germany = key_end("_DE");
 
-// What stands before the texts.
-constexpr std::size_t key_size = 11;
-constexpr std::size_t text_sizes = 6;      // of a bank
-constexpr std::size_t german_header = 4;   // deletion mark, check method, IBAN rule in two bytes
-constexpr unsigned second_version_bit = 2; // in the deletion mark
-
 constexpr bool is_bank(const char* record) {
-    return record[key_size - 3] == '_';
+    return record[country_in_key] == '_';
 }
-constexpr bool is_german(const char* record) {
-    return is_bank(record) && record[key_size - 2] == 'D';
-}
-constexpr std::size_t size_at(const char* record, std::size_t at) {
-    return static_cast<unsigned char>(record[at]);
-}
-
-// Of one version.
-constexpr std::size_t record_size(const char* record) {
-    if (!is_bank(record)) return key_size + 2 + size_at(record, key_size);
-    return key_size + text_sizes + (is_german(record) ? german_header : 0) + size_at(record, key_size) +
-           size_at(record, key_size + 1) + size_at(record, key_size + 2) + size_at(record, key_size + 3) +
-           size_at(record, key_size + 4) + size_at(record, key_size + 5);
-}
-
 constexpr bool has_second_version(const char* record) {
-    return is_german(record) && (size_at(record, key_size + text_sizes) & second_version_bit) != 0;
+    return is_bank(record) && BankRecord(record).has_second_version();
+}
+constexpr std::size_t size_of_version(const char* record) {
+    return is_bank(record) ? BankRecord(record).size() : BicRecord(record).size();
 }
 
 constexpr std::size_t directory_size = [] {
     std::size_t count = 0;
-    for (std::size_t at = 0; at + 1 < sizeof(directory_text); at += record_size(directory_text + at))
+    for (std::size_t at = 0; at + 1 < sizeof(directory_text); at += size_of_version(directory_text + at))
         count += !has_second_version(directory_text + at);
     return count;
 }();
@@ -89,8 +71,8 @@ constexpr RecordOffsets records_begin = [] {
     for (std::size_t i = 0; i < directory_size; ++i) {
         result.of[i] = at;
         if (has_second_version(directory_text + at))
-            at += static_cast<std::uint32_t>(record_size(directory_text + at));
-        at += static_cast<std::uint32_t>(record_size(directory_text + at));
+            at += static_cast<std::uint32_t>(size_of_version(directory_text + at));
+        at += static_cast<std::uint32_t>(size_of_version(directory_text + at));
     }
     result.of[directory_size] = at;
     return result;

@@ -31,27 +31,34 @@ Places places_of(const char* text, std::size_t length) {
     return places;
 }
 
+std::uint64_t mod97_of(std::uint64_t remainder, std::string_view text) {
+    return static_cast<unsigned>(mod97(static_cast<int>(remainder), text, Letters::upper_case));
+}
+
 // iban_mod97() of an IBAN of the right format.
 unsigned remainder_of(const char* iban, std::size_t length, std::uint64_t digits) {
     static constexpr std::uint64_t powers_of_ten[] = {1,       10,        100,        1'000,      10'000,
                                                       100'000, 1'000'000, 10'000'000, 100'000'000};
     std::uint64_t remainder = 0;
-    for (std::size_t at = country_and_check_digits; at < length;) {
-        const std::size_t count = length - at < 8 ? length - at : 8;
-        if ((~digits >> at & 0xFF >> (8 - count)) == 0) {
-            // The word that ends with these digits, and zeros in place of what stands before them.
-            std::uint64_t word = load_word(iban + at + count - 8) ^ repeated('0');
-            if (count < 8) word = word >> (64 - 8 * count) << (64 - 8 * count);
-            word ^= repeated('0');
-            remainder = (remainder * powers_of_ten[count] + value_of_digits(word)) % 97;
-        } else {
-            const std::string_view text{iban + at, count};
-            remainder = static_cast<unsigned>(mod97(static_cast<int>(remainder), text, Letters::upper_case));
-        }
-        at += count;
+    std::size_t at = country_and_check_digits;
+    for (digits >>= at; at + 8 <= length; at += 8, digits >>= 8)
+        if ((digits & 0xFF) == 0xFF)
+            remainder = (remainder * powers_of_ten[8] + value_of_digits(load_word(iban + at))) % 97;
+        else
+            remainder = mod97_of(remainder, {iban + at, 8});
+    const std::size_t left = length - at;
+    if (digits + 1 == std::uint64_t{1} << left) {
+        // The digits that end the last word, and zeros in place of what stands before them.
+        const std::uint64_t kept = left == 0 ? 0 : ~std::uint64_t{0} << (64 - 8 * left);
+        const std::uint64_t word = ((load_word(iban + length - 8) ^ repeated('0')) & kept) ^ repeated('0');
+        remainder = remainder * powers_of_ten[left] + value_of_digits(word);
+    } else {
+        remainder = mod97_of(remainder, {iban + at, left});
     }
-    const std::string_view head{iban, country_and_check_digits};
-    return static_cast<unsigned>(mod97(static_cast<int>(remainder), head, Letters::upper_case));
+    const auto letter = [&](int i) { return static_cast<std::uint64_t>(iban[i] - 'A' + 10); };
+    const auto digit = [&](int i) { return static_cast<std::uint64_t>(iban[i] - '0'); };
+    remainder = remainder * 1'000'000 + letter(0) * 10'000 + letter(1) * 100 + digit(2) * 10 + digit(3);
+    return static_cast<unsigned>(remainder % 97);
 }
 
 int refuse(const char** error, const char* text) {
@@ -65,9 +72,9 @@ int validate_german_account(const char* iban, const char** error) {
     char account[10 + 1] = {};
     std::memcpy(bank_code, iban + 4, 8);
     std::memcpy(account, iban + 12, 10);
-    const auto bank = find_german_bank({bank_code, 8});
+    const BankRecord bank = find_german_bank({bank_code, 8});
     if (!bank) return refuse(error, "Invalid bank ID (BLZ) in IBAN");
-    if (sepa_account_check2(account, bank_code, bank->method) == -1)
+    if (sepa_account_check2(account, bank_code, bank.method()) == -1)
         return refuse(error, "Invalid account number in IBAN");
     return 1;
 }

@@ -17,15 +17,15 @@ constexpr int longest_successor_chain = 16;
 // The result is that of the last rule; -3 when a bank code is unknown.
 int build_iban(ConversionContext& context, char* iban, BankLookup* find_bank) {
     for (int successors = 0; successors < longest_successor_chain; ++successors) {
-        const auto bank = find_bank({context.bank_code, bank_code_length});
+        const BankRecord bank = find_bank({context.bank_code, bank_code_length});
         if (!bank) break;
-        context.method = bank->method;
+        context.method = bank.method();
         context.account_result =
             static_cast<std::int8_t>(sepa_account_check2(context.account, context.bank_code, context.method));
-        const int result = apply_iban_rule(bank->iban_rule / 100, iban, context);
+        const int result = apply_iban_rule(bank.iban_rule() / 100, iban, context);
 
-        if (bank->successor.size() != bank_code_length) return result;
-        std::memcpy(context.bank_code, bank->successor.data(), bank_code_length);
+        if (bank.successor().size() != bank_code_length) return result;
+        std::memcpy(context.bank_code, bank.successor().data(), bank_code_length);
         context.status = successor_used;
     }
     context.status = bank_code_unknown;

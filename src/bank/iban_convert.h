@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 #include "bank/directory.h"
@@ -10,7 +9,7 @@
 namespace velmora {
 
 // What finds a bank; find_german_bank() but in tests.
-using BankLookup = std::optional<BankRecord>(std::string_view bank_code);
+using BankLookup = BankRecord(std::string_view bank_code);
 
 // sepa_iban_convert() over any directory.
 int convert_account(const char* country, const char* account, const char* bank_code, char* iban,

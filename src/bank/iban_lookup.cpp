@@ -37,10 +37,10 @@ int sepa_iban_getBank(const char* iban, sepa_bank_t** bank) {
     if (sepa_iban_check(iban) != 1) return -1;
     const DirectoryCountry* country = find_directory_country(iban);
     if (country == nullptr) return 0;
-    const auto record = find_bank(*country, bank_code_of(iban, *country));
+    const BankRecord record = find_bank(*country, bank_code_of(iban, *country));
     if (!record) return -2;
     if (bank == nullptr) return 1;
-    sepa_bank_t* result = make_bank_record(record->texts);
+    sepa_bank_t* result = make_bank_record(record);
     if (result == nullptr) return -3;
     *bank = result;
     return 1;
@@ -56,10 +56,10 @@ int sepa_iban_getBIC(const char* iban, char* bic) {
     if (strnlen(iban, length + 1) != length) return -1;
 
     const std::string_view bank_code = bank_code_of(iban, *country);
-    const auto bank = find_bank(*country, bank_code);
+    const BankRecord bank = find_bank(*country, bank_code);
     if (!bank) return -3;
-    std::string_view found = bic_by_iban_rule(bank->iban_rule / 100, bank_code);
-    if (found.empty()) found = bank->texts.bic();
+    std::string_view found = bic_by_iban_rule(bank.iban_rule() / 100, bank_code);
+    if (found.empty()) found = bank.bic();
     std::memcpy(bic, found.data(), found.size() < bic_length ? found.size() : bic_length);
     return 1;
 }

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <random>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "bank/bic.h"
@@ -31,12 +32,31 @@ std::string with_check_digits(std::string iban) {
     return iban;
 }
 
-std::vector<std::string> published_ibans() {
+// With the structure behind their check digits: "4a6n8c" are letters, digits, and either.
+std::vector<std::pair<std::string, std::string>> published_ibans() {
     std::ifstream file(VELMORA_SOURCE_DIR "/tests/data/ibans.txt");
-    std::vector<std::string> ibans;
+    std::vector<std::pair<std::string, std::string>> ibans;
     for (std::string line; std::getline(file, line);)
-        if (line[0] != '#') ibans.push_back(line);
+        if (line[0] != '#')
+            ibans.emplace_back(line.substr(0, line.find(' ')), line.substr(line.find(' ') + 1));
     return ibans;
+}
+
+// The structure that the library sees.
+std::string structure_of(const std::string& iban) {
+    const auto takes = [&](std::size_t at, char c) {
+        std::string text = iban;
+        text[at] = c;
+        return reason(text.c_str(), Countries::all_sepa) != "Invalid IBAN format";
+    };
+    std::string structure;
+    char kind = '\0';
+    for (std::size_t at = 4, begin = at; at <= iban.size(); ++at) {
+        const char next = at == iban.size() ? '\0' : !takes(at, '0') ? 'a' : takes(at, 'A') ? 'c' : 'n';
+        if (next != kind && at > begin) structure += std::to_string(at - std::exchange(begin, at)) + kind;
+        kind = next;
+    }
+    return structure;
 }
 
 // Another letter or digit of the same kind at random.
@@ -45,37 +65,8 @@ char replaced(char c, std::mt19937& random) {
                     : static_cast<char>('0' + (c - '0' + 1 + random() % 9) % 10);
 }
 
-TEST(IbanCheck, ReasonsInTheirOrder) {
-    const std::pair<const char*, const char*> cases[] = {
-        {nullptr, "Invalid IBAN (NULL)"},
-        {"", "Invalid or unknown IBAN country code"},
-        {"D", "Invalid or unknown IBAN country code"},
-        {"XX89370400440532013000", "Invalid or unknown IBAN country code"},
-        {"DE", "Wrong IBAN length"},
-        {"DE89 3704 0044 0532 0130 00", "Wrong IBAN length"},
-        {"de8937040044053201300", "Wrong IBAN length"},
-        {"de89370400440532013000", "Invalid IBAN format"},
-        {"dE89370400440532013000", "Invalid IBAN format"},
-        {"DE8937040044053201300A", "Invalid IBAN format"},
-        {"DE89370400440532013 00", "Invalid IBAN format"},
-        {"DE99370400440532013000", "Invalid IBAN checksum"},
-        {"DE89370400440532013000", ""},
-        {"BE68539007547034", ""},
-        {"GB29NWBK60161331926819", ""},
-        {"GB29nwbk60161331926819", "Invalid IBAN format"},
-        {"FR1420041010050500013M02606", ""},
-        {"MT84MALT011000012345MTLCAST001S", ""},
-        {"AT611904300234573201", ""},
-    };
-    for (const auto& [iban, text] : cases)
-        EXPECT_EQ(reason(iban), text) << (iban ? iban : "(null)");
-    EXPECT_EQ(reason(with_check_digits("DE00999999990532013000").c_str()), "Invalid bank ID (BLZ) in IBAN");
-    EXPECT_EQ(reason(with_check_digits("DE00370400440532013001").c_str()), ""); // sub-account 01
-    EXPECT_EQ(reason(with_check_digits("DE00370400440532013100").c_str()), "Invalid account number in IBAN");
-    EXPECT_EQ(reason(with_check_digits("DE00100000001234567890").c_str()), "") << "method 09 checks nothing";
-
-    EXPECT_EQ(sepa_iban_check(nullptr), -1);
-    EXPECT_EQ(sepa_iban_check("DE89370400440532013000"), 1);
+TEST(IbanCheck, ReasonIsStoredForRefusedIbansOnly) {
+    EXPECT_EQ(reason(nullptr), "Invalid IBAN (NULL)");
     EXPECT_EQ(iban_validate("DE", nullptr), 0);
     const char* untouched = "untouched";
     EXPECT_EQ(iban_validate("BE68539007547034", &untouched), 1);
@@ -85,7 +76,7 @@ TEST(IbanCheck, ReasonsInTheirOrder) {
 TEST(IbanCheck, PublishedIbansOfEveryCountry) {
     std::mt19937 random(97);
     std::set<std::string> countries;
-    for (const std::string& iban : published_ibans()) {
+    for (const auto& [iban, structure] : published_ibans()) {
         countries.insert(iban.substr(0, 2));
         const IbanCountry* country = find_iban_country(iban.c_str(), Countries::all_sepa);
         ASSERT_NE(country, nullptr) << iban;
@@ -93,6 +84,7 @@ TEST(IbanCheck, PublishedIbansOfEveryCountry) {
         EXPECT_EQ(reason(iban.c_str()), established ? "" : "Invalid or unknown IBAN country code") << iban;
         EXPECT_EQ(reason(iban.c_str(), Countries::all_sepa), "");
         EXPECT_EQ(sepa_iban_check(iban.c_str()), established ? 1 : -1);
+        EXPECT_EQ(structure_of(iban), structure) << iban;
         for (std::size_t i = 2; i < iban.size(); ++i) {
             std::string wrong = iban;
             wrong[i] = replaced(wrong[i], random);
@@ -126,7 +118,7 @@ std::string mutated(std::string text, std::mt19937& random) {
 
 TEST(Formats, EqualLibcsPatternsOnMutatedTexts) {
     std::mt19937 random(13616);
-    for (const std::string& iban : published_ibans()) {
+    for (const auto& [iban, structure] : published_ibans()) {
         const IbanCountry* country = find_iban_country(iban.c_str(), Countries::all_sepa);
         const LibcPattern pattern(country->pattern);
         for (int i = 0; i < 2'000; ++i) {

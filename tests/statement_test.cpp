@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -90,6 +91,28 @@ TEST(Statement, LongFilesGiveTheirRecords) {
             for (const Case& test : read_cases(path))
                 if (test.file.ends_with("-\r\n")) all.file += test.file, all.records += test.records;
     expect_records(all.file, all.records);
+}
+
+// Files that would take ages if anything in them were read again and again take no longer than others.
+TEST(Statement, TakesTimeByTheSizeOfTheFile) {
+    const auto seconds = [](const std::string& repeated, const std::string& head = "",
+                            const std::string& tail = "") {
+        std::string content = "X\r\n:20:A\r\n" + head;
+        while (content.size() < 4'000'000)
+            content += repeated;
+        const Parser parser = new_parser();
+        const std::clock_t before = std::clock();
+        EXPECT_EQ(load(parser, content + tail), 1);
+        return static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    };
+    const std::string booking = ":61:230102C1,NMSCX\r\n", field = booking + ":86:166?20";
+    const double usual = seconds(booking + ":86:166?20SVWZ+A?21B\r\n") + 0.02;
+    EXPECT_LT(seconds(":61:230102C1,\r\n", "", "N"), 5 * usual) << "the letter is far behind";
+    EXPECT_LT(seconds("x\r\n", field, "\r\n-\r\n"), 5 * usual) << "one field of many lines";
+    EXPECT_LT(seconds("?21?20", field, "\r\n-\r\n"), 5 * usual) << "one field of many markers";
+    EXPECT_LT(seconds("?20?22", field, "\r\n-\r\n"), 5 * usual) << "markers out of order";
+    EXPECT_LT(seconds("\r\n:20:A"), 5 * usual) << "many statements";
+    EXPECT_LT(seconds("\r\n:20:A\r\n:28C:x"), 5 * usual) << "many that are cut short";
 }
 
 // The fuzzer's seeds and all inputs that ever failed, cut anywhere.

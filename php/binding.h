@@ -20,3 +20,36 @@ enum { BINDING_ERROR = 42 };
 /* Complete a class that has just been registered with its methods. */
 void sepa_class_init(zend_class_entry* entry);
 void sepaStP_init(zend_class_entry* entry);
+
+/* An object with a handle of the library's: a message, a statement parser. */
+typedef struct {
+    void* handle; /* null until the constructor succeeds */
+    zend_object std;
+} bound_object;
+
+static inline bound_object* bound_object_of(zend_object* std) {
+    return (bound_object*)((char*)std - offsetof(bound_object, std));
+}
+
+/* The object whose method runs. */
+static inline bound_object* this_object(const zend_execute_data* execute_data) {
+    return bound_object_of(Z_OBJ(execute_data->This));
+}
+
+/* Completes a class of such objects, which can be neither cloned nor serialised. `create` makes them by
+ * create_bound_object() with the same handlers; `release` frees the handle, if the object's end does. */
+void bind_class(zend_class_entry* entry, zend_object_handlers* handlers,
+                zend_object* (*create)(zend_class_entry*), void (*release)(zend_object*));
+zend_object* create_bound_object(zend_class_entry* entry, const zend_object_handlers* handlers);
+
+/* Throws a SEPAException with code 0. */
+void throw_reason(const char* reason);
+
+/* Texts of the library end at their first zero byte: the rest of such a text would be checked by nobody and
+ * yet stay in the script's variable. */
+static inline bool has_zero_byte(const char* text, size_t length) {
+    return memchr(text, 0, length) != NULL;
+}
+
+/* Whether the text has one; an exception is thrown then. */
+bool throw_for_zero_byte(const char* text, size_t length);

@@ -64,7 +64,7 @@ const SEPA_SCL_COR1 = 4;
 const SEPA_SCL_B2B = 8;
 
 /**
- * SWIFT MT940, the one format of SEPAStatementParser::load().
+ * SWIFT MT940 with CR LF line ends and unsigned amounts; for SEPAStatementParser::load().
  * @var int
  */
 const SEPA_STMT_FORMAT_MT940 = 1;
@@ -73,7 +73,7 @@ const SEPA_STMT_FORMAT_MT940 = 1;
  * One payment message: a collection of direct debits (pain.008) or of credit transfers (pain.001).
  *
  * A method that fails throws a SEPAException; the message then stays as it was. Static methods never throw, they
- * return false. All texts are UTF-8, all lengths count bytes, and a text ends at its first zero byte.
+ * return false. All texts are UTF-8, all lengths count bytes, and a text with a zero byte is refused.
  *
  * An object cannot be cloned or serialised. One whose constructor did not run throws "Invalid sepa_t handle (NULL)"
  * from every method.
@@ -262,7 +262,7 @@ class SEPAException extends Exception
 }
 
 /**
- * A reader for one MT940 account statement file.
+ * A reader for one account statement file, camt or MT940.
  *
  * An object cannot be cloned or serialised. One whose constructor did not run throws "invalid sepa_stmt_parser_t
  * handle" from every method. The file read stays in memory until the process ends.
@@ -277,7 +277,7 @@ class SEPAStatementParser
     /**
      * Reads a file. A parser loads once.
      *
-     * @param int $format SEPA_STMT_FORMAT_MT940
+     * @param int $format SEPA_STMT_FORMAT_CAMT, SEPA_STMT_FORMAT_MT940_TOLERANT or SEPA_STMT_FORMAT_MT940
      * @return bool always true
      * @throws SEPAException (code 42) "invalid/unknown statement format"; (code 0) the reason why the file could
      *                       not be read, "Parser already used"
@@ -296,6 +296,11 @@ class SEPAStatementParser
      * 255), code, ref, bankref (when the line has a bank reference; it repeats ref), gvc, extcode (when not 0),
      * txtext, primanota, bank, account, name, purpose, eref, kref, mref, cred, debt, purp, coam, oamt, svwz, abwa,
      * abwe (texts that the booking does not have are missing; bank, account and name are empty instead).
+     *
+     * In the formats SEPA_STMT_FORMAT_CAMT and SEPA_STMT_FORMAT_MT940_TOLERANT amounts are signed, bankref is the
+     * bank's reference, and behind these keys stand the members of sepa_stmt_info_t and sepa_stmt_tx_info_t under
+     * their names: true and false always, numbers other than 0, and the texts that there are. A statement has its
+     * balances as a list (code, amount, currency, date, interim), a booking has reversal.
      *
      * @return array<int, array<string, mixed>>|null null without any statement
      * @tentative-return-type

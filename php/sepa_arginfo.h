@@ -1,5 +1,5 @@
 /* This is a generated file, edit the .stub.php file instead.
- * Stub hash: 460ff87ed6a03e0f2cc6bfb1a283bb1470aab159 */
+ * Stub hash: 6308bcdb0dfe09054b90c4f91f2b8c24d3d05699 */
 
 ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPA___construct, 0, 0, 1)
 	ZEND_ARG_TYPE_INFO(0, type, IS_LONG, 0)

@@ -6,39 +6,20 @@
 zend_class_entry* sepa_ce;
 zend_object_handlers sepa_object_handlers;
 
-typedef struct {
-    sepa_t* message; /* null until the constructor succeeds */
-    zend_object std;
-} sepa_object;
-
-static sepa_object* object_of(zend_object* std) {
-    return (sepa_object*)((char*)std - offsetof(sepa_object, std));
-}
-
 static zend_object* create_object(zend_class_entry* entry) {
-    sepa_object* object = ecalloc(1, sizeof *object + zend_object_properties_size(entry));
-    zend_object_std_init(&object->std, entry);
-    object_properties_init(&object->std, entry);
-    object->std.handlers = &sepa_object_handlers;
-    return &object->std;
+    return create_bound_object(entry, &sepa_object_handlers);
 }
 
-static void free_object(zend_object* std) {
-    sepa_object* object = object_of(std);
-    sepa_free(object->message);
-    object->message = NULL;
+static void release_message(zend_object* std) {
+    bound_object* object = bound_object_of(std);
+    sepa_free(object->handle);
+    object->handle = NULL;
     zend_object_std_dtor(std);
 }
 
 void sepa_class_init(zend_class_entry* entry) {
     sepa_ce = entry;
-    entry->create_object = create_object;
-    engine_forbid_serialisation(entry);
-    memcpy(&sepa_object_handlers, zend_get_std_object_handlers(), sizeof sepa_object_handlers);
-    sepa_object_handlers.offset = offsetof(sepa_object, std);
-    sepa_object_handlers.free_obj = free_object;
-    sepa_object_handlers.dtor_obj = zend_objects_destroy_object;
-    sepa_object_handlers.clone_obj = NULL;
+    bind_class(entry, &sepa_object_handlers, create_object, release_message);
 }
 
 /* ------------------------------------------------------------------------------------------------------
@@ -47,12 +28,12 @@ void sepa_class_init(zend_class_entry* entry) {
  * --------------------------------------------------------------------------------------------------- */
 
 static sepa_t* message_of(zend_execute_data* execute_data) {
-    return object_of(Z_OBJ(EX(This)))->message;
+    return this_object(execute_data)->handle;
 }
 
 static void return_success_or_throw(sepa_t* message, int success, zval* return_value) {
     if (success) RETURN_TRUE;
-    zend_throw_exception(sepa_ce_exception, sepa_getError(message), 0);
+    throw_reason(sepa_getError(message));
 }
 
 /* The library takes 32 bits: what does not fit must not become a valid value by losing its upper half. */
@@ -76,9 +57,9 @@ PHP_METHOD(SEPA, __construct) {
         zend_throw_exception(sepa_ce_exception, "can't create SEPA message object", BINDING_ERROR);
         return;
     }
-    sepa_object* object = object_of(Z_OBJ(EX(This)));
-    sepa_free(object->message); /* called by hand on a finished object: it starts again, empty */
-    object->message = message;
+    bound_object* object = this_object(execute_data);
+    sepa_free(object->handle); /* called by hand on a finished object: it starts again, empty */
+    object->handle = message;
 }
 
 static void set_text(INTERNAL_FUNCTION_PARAMETERS, int (*set)(sepa_t*, const char*)) {
@@ -88,6 +69,7 @@ static void set_text(INTERNAL_FUNCTION_PARAMETERS, int (*set)(sepa_t*, const cha
         Z_PARAM_STRING(text, length)
     ZEND_PARSE_PARAMETERS_END();
 
+    if (throw_for_zero_byte(text, length)) return;
     sepa_t* message = message_of(execute_data);
     return_success_or_throw(message, set(message, text), return_value);
 }
@@ -176,14 +158,17 @@ static bool fill_list(property_list* list, HashTable* properties) {
         uint32_t i = list->count;
         const char* key = name ? ZSTR_VAL(name) : list->numeric_keys[i];
         if (!name) {
-            /* Deliberate: eight characters are kept of longer numbers (callers rely on it). */
+            /* Deliberate: eight characters are kept of longer numbers, as the texts of refusals show them. */
             snprintf(list->numeric_keys[i], NUMERIC_KEY_SIZE - 1, ZEND_LONG_FMT, (zend_long)number);
         }
-        list->values[i] = zval_get_string(value);
+        zend_string* text = zval_get_string(value);
+        list->values[i] = text;
         list->pairs[2 * i] = key;
-        list->pairs[2 * i + 1] = ZSTR_VAL(list->values[i]);
+        list->pairs[2 * i + 1] = ZSTR_VAL(text);
         list->count = i + 1;
         if (UNEXPECTED(EG(exception))) return false;
+        if (name && throw_for_zero_byte(key, ZSTR_LEN(name))) return false;
+        if (throw_for_zero_byte(ZSTR_VAL(text), ZSTR_LEN(text))) return false;
     }
     ZEND_HASH_FOREACH_END();
     list->pairs[2 * list->count] = NULL;
@@ -212,7 +197,7 @@ PHP_METHOD(SEPA, toXML) {
     sepa_t* message = message_of(execute_data);
     char* document = sepa_toXML(message);
     if (!document) {
-        zend_throw_exception(sepa_ce_exception, sepa_getError(message), 0);
+        throw_reason(sepa_getError(message));
         return;
     }
     RETVAL_STRING(document);
@@ -223,6 +208,17 @@ PHP_METHOD(SEPA, toXML) {
  * Static methods: false for every failure, never an exception
  * --------------------------------------------------------------------------------------------------- */
 
+/* The only argument of most static methods; null after a wrong one, which the engine has reported. One with a
+ * zero byte is the empty text, which nothing accepts. */
+static const char* one_text(zend_execute_data* execute_data) {
+    char* text = NULL;
+    size_t length;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_STRING(text, length)
+    ZEND_PARSE_PARAMETERS_END_EX(return NULL);
+    return has_zero_byte(text, length) ? "" : text;
+}
+
 PHP_METHOD(SEPA, init) {
     zend_long option;
     char* value;
@@ -232,6 +228,7 @@ PHP_METHOD(SEPA, init) {
         Z_PARAM_STRING(value, length)
     ZEND_PARSE_PARAMETERS_END();
 
+    if (has_zero_byte(value, length)) RETURN_FALSE;
     RETURN_BOOL(option == (int)option && sepa_init((int)option, value) == 1);
 }
 
@@ -249,20 +246,12 @@ PHP_METHOD(SEPA, IBAN_convert) {
 
     char iban[36] = "";
     uint8_t status = 0;
-    int result = sepa_iban_convert(country, account, bank_code, iban, &status);
+    bool refused = has_zero_byte(country, country_length) || has_zero_byte(account, account_length) ||
+                   has_zero_byte(bank_code, bank_code_length);
+    int result = refused ? -1 : sepa_iban_convert(country, account, bank_code, iban, &status);
     if (status_variable) engine_assign_number(status_variable, status);
     if (result != 1) RETURN_FALSE;
     RETURN_STRING(iban);
-}
-
-/* The only argument of most static methods; null after a wrong one, which the engine has reported. */
-static const char* one_text(zend_execute_data* execute_data) {
-    char* text = NULL;
-    size_t length;
-    ZEND_PARSE_PARAMETERS_START(1, 1)
-        Z_PARAM_STRING(text, length)
-    ZEND_PARSE_PARAMETERS_END_EX(return NULL);
-    return text;
 }
 
 PHP_METHOD(SEPA, IBAN_getBIC) {

@@ -21,6 +21,7 @@ function debit(string $label, array $properties): void
 set_error_handler(function ($level, $text) { echo "[$text] "; });
 debit('array', payment(['ref' => ['x']]));
 debit('zero byte', payment(['ref' => "seen\0unseen"]));
+debit('zero byte in a key', payment(["ref\0" => 'seen']));
 debit('number', payment(['amount' => 0.30000000000000004]));
 debit('object', payment(['ref' => new Text(function () { return 'from an object'; })]));
 debit('object that throws', payment(['ref' => new Text(function () { throw new DomainException('no text', 5); })]));
@@ -75,7 +76,8 @@ echo elements($transfers->toXML(), 'NbOfTxs'), "\n";
 ?>
 --EXPECT--
 array -> [Array to string conversion] true
-zero byte -> true
+zero byte -> "SEPAException 0: Text contains a zero byte"
+zero byte in a key -> "SEPAException 0: Text contains a zero byte"
 number -> true
 object -> true
 object that throws -> "DomainException 5: no text"
@@ -87,8 +89,8 @@ The script interferes:
 handler empties everything -> true
 handler throws -> "ErrorException 0: Array to string conversion"
 object adds another -> true
-12.50, 12.50, 0.30, 12.50, 7.00, 12.50, 12.50, 12.50
-Array, seen, from an object, Array, Array, inner, outer
+12.50, 0.30, 12.50, 7.00, 12.50, 12.50, 12.50
+Array, from an object, Array, Array, inner, outer
 
 Many:
 20,000 more -> true

@@ -37,7 +37,9 @@ unset($first);
 show('other', function () use ($second) { return array_column($second->getStatements(), 'ref'); });
 
 ini_set('open_basedir', sys_get_temp_dir());
-show('open_basedir', function () { return @(new Parser)->load(1, '/etc/passwd'); });
+$refused = new Parser;
+show('open_basedir', function () use ($refused) { return @$refused->load(1, '/etc/passwd'); });
+show('was its load', function () use ($refused) { return $refused->read('', ':20:A', '-'); });
 ?>
 --EXPECT--
 19 calls
@@ -50,3 +52,4 @@ own array -> true
 second load -> "SEPAException 0: Parser already used"
 other -> ["B","B2"]
 open_basedir -> "SEPAException 0: Can't open input file: Operation not permitted"
+was its load -> "SEPAException 0: Parser already used"

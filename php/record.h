@@ -6,7 +6,8 @@
 #include <stdbool.h>
 #include <time.h>
 
-/* What a member is in its record. One that is "if set" has no key in the array while it is null, empty or 0. */
+/* What a member is in its record. One that is "if set" has no key in the array while it is null, empty or 0.
+ */
 typedef enum {
     MEMBER_TEXT_IF_SET,  /* char* */
     MEMBER_CHARS,        /* char[] */
@@ -31,7 +32,8 @@ typedef struct {
 } record_member;
 
 /* A row of a table; the key is the member's name. */
-#define MEMBER(record, member, kind) {#member, offsetof(record, member), MEMBER_##kind, NULL}
+#define MEMBER(record, member, kind)                                                                         \
+    { #member, offsetof(record, member), MEMBER_##kind, NULL }
 
 #define MEMBER_COUNT(members) (sizeof(members) / sizeof *(members))
 

@@ -63,7 +63,7 @@ static record_member list_members[] = {{"tx", 0, MEMBER_TEXT_IF_SET, NULL},
 enum { TX_LIST, BALANCE_LIST };
 
 #define MAKE_KEYS(members) make_keys(members, MEMBER_COUNT(members))
-#define PUT_MEMBERS(array, members, record, last) \
+#define PUT_MEMBERS(array, members, record, last)                                                            \
     put_members(array, members, MEMBER_COUNT(members), record, last)
 
 bool is_statement_format(zend_long format) {
@@ -90,7 +90,8 @@ void make_booking(zval* array, sepa_stmt_parser_t* parser, const sepa_stmt_tx_t*
         PUT_MEMBERS(array, booking_info_members, sepa_stmt_parser_getTxInfo(parser, booking), last);
         return;
     }
-    /* Deliberate: in format 1 the customer reference stands as "bankref", too; programs match bookings by it. */
+    /* Deliberate: in format 1 the customer reference stands as "bankref", too; programs match bookings by it.
+     */
     sepa_stmt_tx_t shown = *booking;
     if (shown.bankref) shown.bankref = shown.ref;
     array_init_size(array, 16);

@@ -129,4 +129,36 @@ TEST(Allocation, StatementFilesAreReadWholeOrNotAtAll) {
     EXPECT_EQ(heap.unwiped, 0);
 }
 
+TEST(Allocation, CamtFilesAreReadWholeOrNotAtAll) {
+    // In another encoding, with texts to join, parts that add up and parts that do not.
+    const std::string
+        amount = "<Amt Ccy='EUR'>1</Amt><CdtDbtInd>CRDT</CdtDbtInd>",
+        part = "<TxDtls>" + amount +
+               "<RltdPties><Dbtr><Nm>Eva Muster</Nm></Dbtr><DbtrAcct><Id><IBAN>"
+               "DE89 3704 0044 0532 0130 00</IBAN></Id></DbtrAcct></RltdPties><RmtInf><Ustrd>an</Ustrd>"
+               "<Ustrd>Eva Muster, M\xFCnchen</Ustrd></RmtInf></TxDtls>";
+    std::string content = "<?xml version='1.0' encoding='ISO-8859-1'?><BkToCstmrStmt><Stmt>";
+    for (int i = 0; i < 200; ++i)
+        content += "<Bal>" + amount + "</Bal><Ntry>" + amount +
+                   "<BkTxCd><Prtry><Cd>NTRF+166+1</Cd></Prtry></BkTxCd>" + "<NtryDtls>" + part +
+                   (i % 2 == 0 ? part : "") + "</NtryDtls></Ntry>";
+    content += "</Stmt></BkToCstmrStmt>";
+    const long live = heap.live;
+    long n = heap.unwiped = 0;
+    call_with_failing_allocations(
+        [&] {
+            sepa_stmt_parser_t* parser = sepa_stmt_parser_new();
+            const int loaded =
+                sepa_stmt_parser_loadMemory(parser, SEPA_STMT_FORMAT_CAMT, content.data(), content.size());
+            EXPECT_EQ(*sepa_stmt_parser_getError(parser) == '\0', loaded == 1);
+            EXPECT_EQ(sepa_stmt_parser_getStatement(parser) != nullptr, loaded == 1);
+            sepa_stmt_parser_free(parser);
+            return loaded;
+        },
+        [&](int) { return ++n, false; });
+    EXPECT_GT(n, 10);
+    EXPECT_EQ(heap.live, live);
+    EXPECT_EQ(heap.unwiped, 0);
+}
+
 } // namespace

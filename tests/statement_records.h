@@ -76,9 +76,12 @@ struct Description {
     }
 };
 
+// A text in a field of the record is empty when there is none.
+inline const char* unless_empty(const char* field) {
+    return *field == '\0' ? nullptr : field;
+}
+
 inline std::string describe(const sepa_stmt_tx_t& tx) {
-    // A text in a field of the record is empty when there is none.
-    const auto unless_empty = [](const char* field) { return *field == '\0' ? nullptr : field; };
     Description out{"  tx"};
     out.add("valuta", tx.valuta);
     out.add("booked", tx.booked);
@@ -114,6 +117,69 @@ inline std::string describe(const Parser& parser) {
     const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser.get());
     for (; statement != nullptr; statement = statement->next)
         text += describe(*statement);
+    return text;
+}
+
+inline std::string describe(const sepa_stmt_tx_info_t& info) {
+    Description out{"    info"};
+    out.add("debit", info.debit);
+    out.add({{"status", unless_empty(info.status)}, {"currency", unless_empty(info.currency)}});
+    out.add("signedAmount", info.signedAmount);
+    out.add("entry", info.entry), out.add("part", info.part), out.add("parts", info.parts);
+    out.add("entryAmount", info.entryAmount);
+    out.add("batchCount", info.batchCount);
+    out.add({{"batchMessageId", info.batchMessageId}, {"batchPaymentId", info.batchPaymentId}});
+    out.add({{"fullName", info.fullName}, {"ultimateDebtor", info.ultimateDebtor}});
+    out.add({{"ultimateCreditor", info.ultimateCreditor}, {"returnReason", info.returnReason}});
+    out.add({{"returnText", info.returnText}, {"creditorReference", info.creditorReference}});
+    out.add({{"domain", unless_empty(info.domain)}, {"family", unless_empty(info.family)}});
+    out.add({{"subFamily", unless_empty(info.subFamily)}, {"proprietaryCode", info.proprietaryCode}});
+    out.add({{"proprietaryIssuer", info.proprietaryIssuer}});
+    out.add("charges", info.charges);
+    out.add({{"chargesCurrency", unless_empty(info.chargesCurrency)}});
+    out.add("instructedAmount", info.instructedAmount);
+    out.add(
+        {{"instructedCurrency", unless_empty(info.instructedCurrency)}, {"exchangeRate", info.exchangeRate}});
+    out.add({{"messageId", info.messageId}, {"paymentId", info.paymentId}});
+    out.add(
+        {{"instructionId", info.instructionId}, {"transactionId", info.transactionId}, {"uetr", info.uetr}});
+    out.add({{"entryReference", info.entryReference}, {"proprietaryReference", info.proprietaryReference}});
+    out.add({{"text", info.text}});
+    return out.text + "\n";
+}
+
+inline std::string describe(const sepa_stmt_info_t& info) {
+    Description out{"  info"};
+    out.add("kind", info.kind), out.add("version", info.version);
+    out.add({{"messageId", info.messageId}, {"created", info.created}, {"from", info.from}, {"to", info.to}});
+    out.add("lastPage", info.lastPage);
+    out.add({{"copy", unless_empty(info.copy)}, {"owner", info.owner}, {"bic", unless_empty(info.bic)}});
+    out.add({{"currency", unless_empty(info.currency)}, {"text", info.text}});
+    out.add("utf8", info.utf8);
+    out.add("entries", info.entries), out.add("entrySum", info.entrySum);
+    out.add("creditEntries", info.creditEntries), out.add("creditSum", info.creditSum);
+    out.add("debitEntries", info.debitEntries), out.add("debitSum", info.debitSum);
+    for (std::uint32_t i = 0; i < info.balanceCount; ++i) {
+        const sepa_stmt_balance_t& balance = info.balances[i];
+        out.text += std::string("\n  balance ") + balance.code;
+        out.add_balance("date", balance.date, balance.currency, balance.amount);
+        out.add("interim", balance.interim);
+    }
+    return out.text + "\n";
+}
+
+// With what is known beyond the records of the first format.
+inline std::string describe_all(const Parser& parser) {
+    std::string text;
+    const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser.get());
+    for (; statement != nullptr; statement = statement->next) {
+        const std::string record = describe(*statement);
+        text.append(record, 0, record.find('\n') + 1);
+        if (const sepa_stmt_info_t* info = sepa_stmt_parser_getInfo(parser.get(), statement))
+            text += describe(*info);
+        for (const sepa_stmt_tx_t* tx = statement->first_tx; tx != nullptr; tx = tx->next)
+            text += describe(*tx) + describe(*sepa_stmt_parser_getTxInfo(parser.get(), tx));
+    }
     return text;
 }
 

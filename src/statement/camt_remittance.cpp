@@ -31,16 +31,16 @@ const Keyword* find_keyword(const char* text) {
 }
 
 // The next keyword behind a blank, or the text's end.
-char* find_next_keyword(char* text) {
-    char* plus = text;
-    while ((plus = std::strchr(plus, '+')) != nullptr) {
-        if (plus - text >= static_cast<std::ptrdiff_t>(keyword_length)) {
-            char* const word = plus - (keyword_length - 1);
-            if (is_space(word[-1]) && find_keyword(word) != nullptr) return word;
-        }
-        ++plus;
+char* find_next_keyword(char* text, char* end) {
+    if (end - text <= static_cast<std::ptrdiff_t>(keyword_length)) return end;
+    for (char* from = text + keyword_length; from != end;) {
+        auto* const plus = static_cast<char*>(std::memchr(from, '+', static_cast<std::size_t>(end - from)));
+        if (plus == nullptr) break;
+        char* const word = plus - (keyword_length - 1);
+        if (is_space(word[-1]) && find_keyword(word) != nullptr) return word;
+        from = plus + 1;
     }
-    return text + std::strlen(text);
+    return end;
 }
 
 // Cuts the blanks in front of `end` off; returns the length that is left.
@@ -80,10 +80,11 @@ bool Remittance::take(RecordPool& records, sepa_stmt_tx_t& booking) {
         const std::size_t length = trim(text, text + keywords_at);
         if (length != 0 && !purpose.add(text, length, ' ')) return false;
     }
+    char* const end = text + keywords_at + std::strlen(text + keywords_at);
     for (char* word = text + keywords_at; *word != '\0';) {
         const Keyword& keyword = *find_keyword(word);
         char* const value = word + keyword_length;
-        word = find_next_keyword(value);
+        word = find_next_keyword(value, end);
         const std::size_t length = trim(value, word);
         if (length == 0) continue;
         if (keyword.value == &sepa_stmt_tx_t::svwz) {

@@ -160,6 +160,7 @@ bool XmlReader::decode(FileText& document, std::size_t& size, const char* encodi
 
 // Once for the whole document, so that nothing that follows has to look at single characters.
 bool XmlReader::check_characters(const char* end) {
+    end_ = end;
     for (const char* p = at_; p != end;) {
         if (end - p >= 64 && is_plain_block(p)) {
             p += 64;

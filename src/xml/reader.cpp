@@ -248,6 +248,16 @@ std::string_view XmlReader::name_space() const {
 // ------------------------------------------------------------------------------------------------------
 // What is no element
 
+// Null where the document does not have the text any more.
+char* XmlReader::find(char* at, std::string_view text) const {
+    const auto next = [&](char* from) {
+        return static_cast<char*>(std::memchr(from, text[0], static_cast<std::size_t>(end_ - from)));
+    };
+    for (at = next(at); at != nullptr && !begins_with(at, text); at = next(at + 1)) {
+    }
+    return at;
+}
+
 bool XmlReader::skip_markup() {
     if (begins_with(at_, "<!--")) return skip_comment();
     if (!begins_with(at_, "<!DOCTYPE")) return refuse_at(at_, "a markup declaration");
@@ -256,7 +266,7 @@ bool XmlReader::skip_markup() {
 }
 
 bool XmlReader::skip_comment() {
-    char* const end = std::strstr(at_ + 4, "--");
+    char* const end = find(at_ + 4, "--");
     if (end == nullptr) return refuse_at(at_, "a comment without an end");
     if (end[2] != '>') return refuse_at(end, "a comment with two hyphens inside");
     at_ = end + 3;
@@ -270,7 +280,7 @@ bool XmlReader::skip_instruction() {
     if (equals_ignoring_case({target, static_cast<std::size_t>(at - target)}, "xml"))
         return refuse_at(at_, "an XML declaration that is not the first in the document");
     if (!is(*at, blank) && !begins_with(at, "?>")) return refuse_at(at, "not a processing instruction");
-    at = std::strstr(at, "?>");
+    at = find(at, "?>");
     if (at == nullptr) return refuse_at(at_, "a processing instruction without an end");
     at_ = at + 2;
     return true;
@@ -281,7 +291,7 @@ bool XmlReader::skip_instruction() {
 
 bool XmlReader::read_section() {
     char* from = at_ + 9;
-    char* const end = std::strstr(from, "]]>");
+    char* const end = find(from, "]]>");
     if (end == nullptr) return refuse_at(at_, "a CDATA section without an end");
     while (auto* cr = static_cast<char*>(std::memchr(from, '\r', static_cast<std::size_t>(end - from)))) {
         append(from, cr);

@@ -72,6 +72,7 @@ private:
     bool read_attributes(char*& at);
     bool read_value(char*& at, char quote);
     bool scan_name(char*& at);
+    char* find(char* at, std::string_view text) const;
     bool skip_markup();
     bool skip_comment();
     bool skip_instruction();
@@ -85,7 +86,8 @@ private:
     bool refuse_at(char* at, const char* reason);
 
     char* at_ = nullptr;
-    char* text_ = nullptr; // of the element that ends
+    const char* end_ = nullptr; // of the document
+    char* text_ = nullptr;      // of the element that ends
     char* text_begin_ = nullptr;
     char* text_end_ = nullptr;
     bool is_leaf_ = false;   // nothing but text since the last start tag

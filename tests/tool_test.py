@@ -7,10 +7,14 @@ import codecs
 import os
 import random
 import shlex
+import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
+import zipfile
 from pathlib import Path
 
 DATA = Path(__file__).resolve().parent / "data/tool"
@@ -84,6 +88,120 @@ class Filters(unittest.TestCase):
             one, four = (run(f"check iban --column 3 {damaged} --jobs {jobs}") for jobs in (1, 4))
             self.assertEqual((one.returncode, one.stdout, one.stderr), (four.returncode, four.stdout, four.stderr))
             self.assertEqual(one.returncode, 3)
+
+
+class Archives(unittest.TestCase):
+    """ZIP files of statements: read in the order of their names, and refused when they mean harm."""
+
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.path = Path(self.folder.name) / "c53.zip"
+        self.statement = (DATA / "pages.xml").read_bytes()
+
+    def pack(self, members, **options):
+        with zipfile.ZipFile(self.path, "w", zipfile.ZIP_DEFLATED, **options) as archive:
+            for name, content in members:
+                archive.writestr(name, content)
+        return bytearray(self.path.read_bytes())
+
+    def read(self, data):
+        self.path.write_bytes(data)
+        result = run(f"statement --check --no-header {self.path}")
+        self.assertIn(result.returncode, (0, 1, 3), result.stderr)
+        return result
+
+    def test_order_and_names(self):
+        other = self.statement.replace(b"DE02120300000000202051", b"DE16701900000376033458")
+        result = self.read(self.pack([("b.xml", self.statement), ("folder/", b""), ("../../a.xml", other),
+                                      ("__MACOSX/._b.xml", b"x")]))
+        self.assertEqual([line[:4] for line in result.stdout.splitlines()], [b"DE16"] * 2 + [b"DE02"] * 2)
+        self.assertEqual(os.listdir(self.folder.name), ["c53.zip"])
+        self.assertEqual(self.read(self.pack([("stored.xml", self.statement)], compresslevel=0)).returncode, 0)
+
+    def test_refusals(self):
+        one = self.pack([("a.xml", self.statement)])
+        record, end = one.index(b"PK\1\2"), one.index(b"PK\5\6")
+
+        def changed(at, content):
+            return one[:at] + content + one[at + len(content):]
+
+        zero, two = (0).to_bytes(4, "little"), struct.pack("<I", 3 << 30)
+        for data, text in ((changed(record + 8, b"\1"), "encrypted"), (changed(record + 10, b"\x0c"), "only deflate"),
+                           (changed(record + 16, zero), "checksum"), (changed(record + 24, two), "larger than 2 GiB"),
+                           (changed(record + 24, b"\1"), "damaged"), (changed(record + 42, b"\1"), "damaged"),
+                           (changed(end + 10, b"\xff\xff"), "ZIP64"), (changed(end + 10, b"\2"), "several parts"),
+                           (changed(end + 8, b"\x11\x27\x11\x27"), "10,000"),
+                           (one[:-1], "list of members is missing"),
+                           (self.pack([("bomb.xml", bytes(30 << 20))]), "1,000 times"),
+                           (self.pack([("a.zip", bytes(one))]), "inside of a ZIP")):
+            with self.subTest(text=text):
+                result = self.read(data)
+                self.assertEqual((result.returncode, result.stdout), (3, b""))
+                self.assertIn(text, result.stderr.decode())
+        # Two members that share one content.
+        twice = one[:end] + one[record:end] + one[end:]
+        twice[-12:-8], twice[-14:-10] = struct.pack("<I", 2 * (end - record)), b"\2\0\2\0"
+        twice[-10:-6] = struct.pack("<I", 2 * (end - record))
+        self.assertIn("overlap", self.read(twice).stderr.decode())
+
+    def test_damage(self):
+        one = self.pack([("a.xml", self.statement), ("b.xml", self.statement)])
+        chance = random.Random(5)
+        for _ in range(300):
+            data = bytearray(one)
+            for _ in range(chance.randint(1, 3)):
+                data[chance.randrange(len(data))] = chance.randrange(256)
+            self.read(data[:chance.choice([len(data)] * 3 + [chance.randrange(4, len(data))])])
+
+
+class WrittenFiles(unittest.TestCase):
+    """Whatever ends the program, a file is there whole or not at all."""
+
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.out = Path(self.folder.name) / "out"
+        self.out.mkdir()
+        self.payments = Path(self.folder.name) / "payments.csv"
+        self.payments.write_text("iban,amount,name,id\n" + "".join(
+            f"DE89370400440532013000,{i // 100}.{i % 100:02},Anna Beispiel,ID-{i}\n" for i in range(100, 30_100)))
+        self.command = [TOOL, "pay", "--name", "Muster", "--iban", "DE02120300000000202051", "--id", "M", "--no-progress",
+                        "--out", str(self.out / "pay.xml"), str(self.payments)]
+
+    def files(self):
+        return {path.name: path.read_text() for path in self.out.iterdir()}
+
+    def test_kill(self):
+        begin = time.monotonic()
+        subprocess.run(self.command, check=True, capture_output=True)
+        duration = time.monotonic() - begin
+        whole = self.files()["pay.xml"]
+        self.assertEqual(whole.count("<CdtTrfTxInf>"), 30_000)
+        (self.out / "pay.xml").unlink()
+        chance = random.Random(1)
+        for number in range(40):
+            with subprocess.Popen(self.command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
+                time.sleep(duration * chance.uniform(0.5, 1.1))
+                process.send_signal(chance.choice([signal.SIGKILL, signal.SIGTERM, signal.SIGINT]))
+            for name, text in self.files().items():
+                self.assertEqual((name, len(text), text.endswith("</Document>\n")), ("pay.xml", len(whole), True), number)
+
+    def test_several_files_and_what_was_there(self):
+        existing = self.out / "pay.xml"
+        existing.write_text("before")
+        existing.chmod(0o640)
+        subprocess.run([*self.command, "--max-payments", "12000"], check=True, capture_output=True)
+        files = self.files()
+        self.assertEqual(sorted(files), ["pay-2.xml", "pay-3.xml", "pay.xml"])
+        self.assertEqual([files[name].count("<CdtTrfTxInf>") for name in sorted(files)], [12000, 6000, 12000])
+        self.assertIn("<MsgId>M-2</MsgId>", files["pay-2.xml"])
+        self.assertEqual(existing.stat().st_mode & 0o777, 0o640)
+        self.payments.write_text("iban,amount\nDE89,1\n")
+        self.assertEqual(subprocess.run(self.command, capture_output=True).returncode, 1)
+        self.assertEqual(self.files(), files)
+        with open("/dev/full", "w") as full:
+            self.assertEqual(subprocess.run([TOOL, "help"], stdout=full, stderr=subprocess.DEVNULL).returncode, 4)
 
 
 if __name__ == "__main__":

@@ -24,7 +24,7 @@ void split_line(Text line, Text* inputs) {
 class Bulk : public Worker {
 public:
     Bulk(const Options& options, const Task& task)
-        : options_(options), task_(task), is_filter_(options.given(Opt::filter)),
+        : options_(options), task_(task), is_filter_(options.given(Opt::filter) || task.line_for_line),
           by_column_(options.given(Opt::column) || options.given(Opt::columns)), progress_(options) {}
 
     Exit answer_operands(std::span<char*> operands);
@@ -88,9 +88,10 @@ void Bulk::begin_lines() {
         columns_.add(column);
     for (const Column& column : task_.columns)
         columns_.add(column);
-    const Form form = wanted_form(options_);
+    const Form form = task_.line_for_line ? Form::tsv : wanted_form(options_);
     check_form(form);
     output_.emplace(options_, form, columns_);
+    if (is_filter_) output_->leave_out_header();
     output_->header();
 }
 
@@ -201,7 +202,7 @@ void Bulk::answer_row(Tally& tally) {
 }
 
 void Bulk::prepare(Reader& reader) {
-    if (shape_ == Shape::lines) reader.set_longest(longest_value, true);
+    if (shape_ == Shape::lines && !task_.line_for_line) reader.set_longest(longest_value, true);
     if (delimiter_ != '\0') reader.set_delimiter(delimiter_);
 }
 
@@ -227,7 +228,8 @@ void Bulk::answer(Reader& reader, std::uint64_t size, Tally& tally) {
 void Bulk::answer_file(const char* path, Tally& tally) {
     const File file(path);
     progress_.add_total(file.size());
-    shape_ = wanted_shape(options_, path, by_column_ ? Shape::tsv : Shape::lines);
+    shape_ = task_.line_for_line ? Shape::lines
+                                 : wanted_shape(options_, path, by_column_ ? Shape::tsv : Shape::lines);
     if (by_column_ && shape_ == Shape::lines) fail_usage(options_.subcommand(), "lines have no columns");
     if (is_filter_ && shape_ == Shape::csv && !options_.given(Opt::jobs))
         fail_usage(options_.subcommand(), "a filter reads lines or TSV; leave out --filter for CSV");
@@ -301,13 +303,13 @@ Exit Bulk::answer_files(std::span<char*> paths) {
 
 Exit run_task(const Options& options, const Task& task, std::span<char*> operands) {
     Bulk bulk(options, task);
-    bool files = options.given(Opt::input) || operands.empty();
+    bool files = options.given(Opt::input) || operands.empty() || task.line_for_line;
     for (const Opt option : {Opt::filter, Opt::column, Opt::columns, Opt::jobs})
         files |= options.given(option);
     for (const char* operand : operands)
         files |= Text(operand) == "-";
     if (!files) return bulk.answer_operands(operands);
-    if (operands.empty() && isatty(STDIN_FILENO) != 0 && !options.given(Opt::filter))
+    if (operands.empty() && isatty(STDIN_FILENO) != 0 && !options.given(Opt::filter) && !task.line_for_line)
         fail_usage(options.subcommand(), "what to look at? The operands are missing:", task.operands);
     if (options.given(Opt::columns) && task.inputs == 1)
         fail_usage(options.subcommand(), "one value needs one --column");

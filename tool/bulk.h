@@ -16,6 +16,7 @@ struct Task {
     // Writes the cells of `columns`; whether the values are good.
     bool (*answer)(void* context, const Text* inputs, Output& out);
     void* context;
+    bool line_for_line = false; // the operands are files, and each line gets one, whatever the options say
 };
 
 Exit run_task(const Options& options, const Task& task, std::span<char*> operands);

@@ -18,7 +18,7 @@ constexpr OptionRow table[] = {
      sub::tables},
 
     {Opt::input, 0, "input", "csv|tsv|lines", "form of the input; by default the file's name tells",
-     sub::readers & ~(sub::statement | sub::report)},
+     sub::filters | sub::payments},
     {Opt::encoding, 0, "encoding", "NAME", "encoding of the input, as iconv names it; UTF-8 by default",
      sub::readers & ~sub::report},
     {Opt::escape, 0, "escape", nullptr,
@@ -75,6 +75,7 @@ constexpr OptionRow table[] = {
     {Opt::sums, 0, "check", nullptr, "show for each statement whether its sums meet", sub::statement},
     {Opt::merge_pages, 0, "merge-pages", nullptr, "take the pages of a statement as one", sub::statement},
     {Opt::pending, 0, "pending", nullptr, "show pending and informative entries, too", sub::statement},
+    {Opt::own, 0, "own", nullptr, "begin each booking with the account of the statement", sub::statement},
     {Opt::plot, 0, "plot", "FILE", "draw the balance over time into an SVG file", sub::statement},
     {Opt::format, 0, "format", "camt|mt940|strict-mt940", "form of the files; their content tells by default",
      sub::statement},

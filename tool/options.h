@@ -75,6 +75,7 @@ enum class Opt : std::uint8_t {
     sums,
     merge_pages,
     pending,
+    own,
     plot,
     format,
     only,

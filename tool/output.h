@@ -39,6 +39,7 @@ public:
     void end_raw_row();
 
     void header();
+    void leave_out_header() { has_header_ = false; }
     // Ends the list or table.
     void finish();
     // Hands to the standard output what is there.

@@ -15,7 +15,6 @@
 namespace velmora::tool {
 namespace {
 
-constexpr const char* default_rulebook = "DE-3.7";
 constexpr Column columns[] = {
     {"files", Kind::number}, {"blocks", Kind::number}, {"payments", Kind::number}, {"sum", Kind::number}};
 

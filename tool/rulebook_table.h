@@ -25,6 +25,8 @@ struct KeyRow {
     std::uint32_t group;
 };
 
+constexpr const char* default_rulebook = "DE-3.7";
+
 std::span<const RulebookRow> rulebook_table();
 std::span<const KeyRow> key_table();
 const RulebookRow* find_rulebook(Text name);

@@ -58,6 +58,32 @@ constexpr SubcommandRow table[] = {
      "DE98ZZZ09999999999 "
      "--out collect.xml members.csv",
      run_payments},
+    {sub::statement, "statement", "FILE|-...", "account statements to tables: camt, MT940, ZIP",
+     "Reads camt.052, camt.053, camt.054, MT940 as banks really write it, and ZIP files of them; the content "
+     "tells "
+     "which. Amounts are exact, and negative for a debit. Every statement is proved: opening balance and "
+     "bookings "
+     "give the closing balance; one that does not is told with the difference, and the exit code is 1.\n"
+     "A file that is damaged gives no rows at all, and the exit code is 3.",
+     "booked, valuta, amount, currency, name, account, bank, svwz, eref, mref, cred, gvc, reason; with "
+     "--balances: "
+     "account, number, page, code, date, amount, currency, interim; with --check: account, number, page, "
+     "opening, "
+     "bookings, closing, currency, ok, difference",
+     "velmora statement c53.zip\n"
+     "velmora statement --from 2025-04-01 --output csv *.xml > april.csv\n"
+     "velmora statement --check c53.zip\n"
+     "velmora statement --plot balance.svg c53.zip > bookings.tsv",
+     run_statement},
+    {sub::text, "text", "[FILE|-]...", "names and texts with the letters that banks take",
+     "Writes each line with the characters that the rulebook permits: what it permits stays, other letters "
+     "get their "
+     "equivalent (\"Łódź\" becomes \"Lodz\"), and what has none becomes a point. Nothing is cut without "
+     "--limit.",
+     "text; with --report: text, changed, replaced, cut, first",
+     "velmora text names.txt\n"
+     "velmora text --basic --limit 70 --report < names.txt",
+     run_text},
     {sub::methods, "methods", "[METHOD ACCOUNT]...", "check digit methods of German accounts",
      "Lists the methods with the number of banks that use each, or checks accounts by a method: 1 is valid, "
      "0 not "

@@ -44,6 +44,10 @@ if test "$PHP_SEPA" != "no"; then
     *) sepa_flags="$sepa_flags -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2" ;;
   esac
 
+  dnl On i386 the compiler would calculate with more than a double's precision, and round some amounts otherwise.
+  AC_COMPILE_IFELSE([AC_LANG_PROGRAM([#include <float.h>], [char exact@<:@FLT_EVAL_METHOD == 0 ? 1 : -1@:>@; (void)exact])],
+    [], [sepa_flags="$sepa_flags -msse2 -mfpmath=sse"])
+
   sepa_sources=`cd "PHP_EXT_SRCDIR()" && echo php/*.c src/*/*.cpp`
   PHP_NEW_EXTENSION([sepa], [$sepa_sources],
     [$ext_shared],,

@@ -215,7 +215,7 @@ const std::map<std::string, Call> calls = {
                  run("xmllint --noout --nonet --schema " VELMORA_SCHEMAS "/" + schema + ".xsd " + path +
                      "; code=$?; rm " + path + "; exit $code");
              if (verdict.status == 0 || verdict.status == 3) return verdict.status == 0;
-             return verdict.status == 1 ? "not XML" : verdict.output;
+             return verdict.output.find("parser error") != verdict.output.npos ? "not XML" : verdict.output;
          });
      }},
     {"root",

@@ -89,9 +89,12 @@ bool is_limit(const std::string& error) {
 // What is read into is what expat reads; what expat refuses is refused.
 void compare(const std::string& document) {
     const Reading mine = read_by_library(document), expats = read_by_expat(document);
-    // Mark and white space before the declaration are the reader's leniency.
+    // Mark and white space before the declaration are the reader's leniency, and what behind "1." names the
+    // version, about which versions of expat differ.
     const bool is_lenient = expats.error == "XML or text declaration not at start of entity" ||
-                            expats.error == "unknown encoding";
+                            expats.error == "unknown encoding" ||
+                            (expats.error == "XML declaration not well-formed" &&
+                             document.find("version=\"1.0\"") == document.npos);
     if (mine.error.empty() && expats.error.empty()) {
         EXPECT_EQ(mine.events, expats.events) << document;
     } else if (!is_limit(mine.error) && !is_lenient) {

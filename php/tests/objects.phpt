@@ -4,8 +4,8 @@ Objects: construction, refusal of cloning and serialisation, missing constructor
 <?php
 require __DIR__ . '/shared.inc';
 
-foreach ([0, 3, -1, 4294967297, PHP_INT_MAX] as $type) {
-    show("new SEPA($type)", function () use ($type) { new SEPA($type); });
+foreach ([0, 3, -1, 'lower half 1' => PHP_INT_MIN + 1, 'largest' => PHP_INT_MAX] as $name => $type) {
+    show("new SEPA($name)", function () use ($type) { new SEPA($type); });
 }
 
 class Orphan extends SEPA
@@ -70,10 +70,10 @@ echo gc_collect_cycles(), " collected\n";
 ?>
 --EXPECT--
 new SEPA(0) -> "SEPAException 42: invalid/unknown message type"
-new SEPA(3) -> "SEPAException 42: invalid/unknown message type"
-new SEPA(-1) -> "SEPAException 42: invalid/unknown message type"
-new SEPA(4294967297) -> "SEPAException 42: invalid/unknown message type"
-new SEPA(9223372036854775807) -> "SEPAException 42: invalid/unknown message type"
+new SEPA(1) -> "SEPAException 42: invalid/unknown message type"
+new SEPA(2) -> "SEPAException 42: invalid/unknown message type"
+new SEPA(lower half 1) -> "SEPAException 42: invalid/unknown message type"
+new SEPA(largest) -> "SEPAException 42: invalid/unknown message type"
 
 Without the constructor:
 {"SEPAException 0: Invalid sepa_t handle (NULL)":20}

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cfloat>
 #include <cstdint>
 #include <limits>
 
@@ -10,6 +11,8 @@
 
 namespace velmora {
 namespace {
+
+static_assert(FLT_EVAL_METHOD == 0, "amounts are calculated with a double's precision: -msse2 -mfpmath=sse");
 
 constexpr int digits_counted = 18;
 constexpr int low_digits = 9; // the last nine significant digits are gathered apart from those before

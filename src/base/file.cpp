@@ -1,6 +1,8 @@
 #include "base/file.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -78,7 +80,10 @@ FileText read_file(const char* path, ErrorText& error) {
     // Devices and pipes are empty in this sense, too.
     if (status.st_size <= 0) return failed("%s", "Input file is empty");
 
-    FileText text = allocate(static_cast<std::size_t>(status.st_size), error);
+    // With 32 bits a file may have more bytes than there are addresses: of so many there is no allocation
+    // either.
+    const std::intmax_t size = std::min<std::intmax_t>(status.st_size, PTRDIFF_MAX);
+    FileText text = allocate(static_cast<std::size_t>(size), error);
     if (!text) return text;
     if (const char* reason = read_fully(file, text.data(), text.size()))
         return failed("Error while reading from file: %s", reason);

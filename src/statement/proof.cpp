@@ -10,7 +10,25 @@
 namespace velmora {
 namespace {
 
-__extension__ using Sum = __int128; // of amounts that fit 64 bits each
+// Of amounts that fit 64 bits each: high * 2^32 + low, on machines of 32 bits, too.
+struct Sum {
+    std::int64_t high;
+    std::int64_t low; // 0 to 2^32 - 1
+
+    static Sum of(std::int64_t number, std::int64_t factor = 1) {
+        constexpr std::int64_t low_bits = 0xFFFFFFFF;
+        const std::int64_t low = (number & low_bits) * factor;
+        return {(number >> 32) * factor + (low >> 32), low & low_bits};
+    }
+    Sum operator-(const Sum& other) const {
+        const Sum carried = of(low - other.low);
+        return {high - other.high + carried.high, carried.low};
+    }
+    bool operator==(const Sum&) const = default;
+    explicit operator double() const {
+        return static_cast<double>(high) * 4294967296.0 + static_cast<double>(low);
+    }
+};
 
 // The decimal number that a double stands for: the one with the fewest decimals.
 Sum to_exact(double amount) {
@@ -18,13 +36,13 @@ Sum to_exact(double amount) {
     constexpr double largest = 1e18;
     if (!(amount > -all_whole && amount < all_whole)) {
         const double cut = amount > largest ? largest : amount < -largest ? -largest : amount;
-        return static_cast<Sum>(static_cast<std::int64_t>(cut)) * exact_unit;
+        return Sum::of(static_cast<std::int64_t>(cut), exact_unit);
     }
-    Sum result = 0;
+    Sum result{};
     double scale = 1;
     for (std::int64_t unit = exact_unit; unit != 0; unit /= 10, scale *= 10) {
         const double whole = round_half_away(amount * scale);
-        result = static_cast<Sum>(static_cast<std::int64_t>(whole)) * unit;
+        result = Sum::of(static_cast<std::int64_t>(whole), unit);
         if (whole / scale == amount) break;
     }
     return result;
@@ -51,12 +69,12 @@ int prove_statement(sepa_stmt_parser_t& parser, const sepa_stmt_t& statement, do
         const sepa_stmt_tx_info_t& info = find_info(parser, *booking);
         const bool booked = info.status[0] == '\0' || std::strcmp(info.status, "BOOK") == 0;
         if (!booked) continue;
-        rest -= info.signedAmount != no_exact_amount
-                    ? info.signedAmount
-                    : to_exact(nearest_amount(parser, *booking, info.debit != 0));
+        rest = rest - (info.signedAmount != no_exact_amount
+                           ? Sum::of(info.signedAmount)
+                           : to_exact(nearest_amount(parser, *booking, info.debit != 0)));
     }
     if (difference != nullptr) *difference = static_cast<double>(rest) / exact_unit;
-    return rest == 0 ? 1 : 0;
+    return rest == Sum{} ? 1 : 0;
 }
 
 } // namespace velmora

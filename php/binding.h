@@ -20,6 +20,10 @@ enum { BINDING_ERROR = 42 };
 /* Complete a class that has just been registered with its methods. */
 void sepa_class_init(zend_class_entry* entry);
 void sepaStP_init(zend_class_entry* entry);
+void statement_reader_init(zend_class_entry* entry);
+
+/* The second module, which the first one starts. */
+extern zend_module_entry velmora_module_entry;
 
 /* An object with a handle of the library's: a message, a statement parser. */
 typedef struct {

@@ -15,24 +15,47 @@
 
 #undef visibility
 
-/* The tables generated from sepa.stub.php. */
+/* The tables generated from sepa.stub.php and velmora.stub.php. */
 #if PHP_VERSION_ID >= 80000
 #define ENGINE_ARGINFO "sepa_arginfo.h"
+#define ENGINE_VELMORA_ARGINFO "velmora_arginfo.h"
 #else
 #define ENGINE_ARGINFO "sepa_legacy_arginfo.h"
+#define ENGINE_VELMORA_ARGINFO "velmora_legacy_arginfo.h"
 #endif
 
-/* Writes a number into a variable passed by reference. Typed references (7.4) convert it or throw. */
-static inline void engine_assign_number(zval* variable, zend_long number) {
-    if (!Z_ISREF_P(variable)) return; /* a by-value call: nobody would see it */
-#ifdef ZEND_TRY_ASSIGN_REF_LONG
-    ZEND_TRY_ASSIGN_REF_LONG(variable, number);
+/* Moves a value into a variable passed by reference. Typed references (7.4) convert it or throw. */
+static inline void engine_assign(zval* variable, zval* value) {
+    if (!Z_ISREF_P(variable)) { /* a by-value call: nobody would see it */
+        zval_ptr_dtor(value);
+        return;
+    }
+#ifdef ZEND_TRY_ASSIGN_REF_TMP
+    ZEND_TRY_ASSIGN_REF_TMP(variable, value);
 #else
     zval old;
     variable = Z_REFVAL_P(variable);
     ZVAL_COPY_VALUE(&old, variable);
-    ZVAL_LONG(variable, number);
+    ZVAL_COPY_VALUE(variable, value);
     zval_ptr_dtor(&old);
+#endif
+}
+
+/* Lets a method of this class return what walks an object: a loop's iterator as an object of its own, which
+ * before 8.0 nobody but the loop can have. */
+static inline void engine_let_walk(zend_class_entry* entry,
+                                   zend_object_iterator* (*get_iterator)(zend_class_entry*, zval*, int)) {
+    entry->get_iterator = get_iterator;
+#if PHP_VERSION_ID < 80000
+    zend_class_implements(entry, 1, zend_ce_traversable);
+#endif
+}
+
+static inline void engine_return_walk(zval* return_value, zval* object) {
+#if PHP_VERSION_ID >= 80000
+    zend_create_internal_iterator_zval(return_value, object);
+#else
+    ZVAL_COPY(return_value, object);
 #endif
 }
 

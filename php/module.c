@@ -1,5 +1,6 @@
 /* The PHP module "SEPA": its entry, start-up and information block. The classes are in sepa_class.c and
- * statement_parser_class.c, their method tables and the constants come from sepa.stub.php. */
+ * statement_parser_class.c, their method tables and the constants come from sepa.stub.php. It starts the
+ * module "velmora" (velmora_module.c). */
 #include "binding.h"
 #include "engine_names.h"
 
@@ -8,12 +9,14 @@
 zend_class_entry* sepa_ce_exception;
 
 static PHP_MINIT_FUNCTION(sepa) {
-    (void)type;
     sepa_class_init(register_class_SEPA());
     sepa_ce_exception = register_class_SEPAException(zend_ce_exception);
     sepaStP_init(register_class_SEPAStatementParser());
     register_sepa_symbols(module_number);
-    return SUCCESS;
+    /* A module that dl() loads ends with the request, one that is started here does not. */
+    if (type == MODULE_TEMPORARY) return SUCCESS;
+    /* The last act: behind it the engine has forgotten which module it is starting. */
+    return zend_startup_module(&velmora_module_entry);
 }
 
 static PHP_MINFO_FUNCTION(sepa) {

@@ -249,7 +249,11 @@ PHP_METHOD(SEPA, IBAN_convert) {
     bool refused = has_zero_byte(country, country_length) || has_zero_byte(account, account_length) ||
                    has_zero_byte(bank_code, bank_code_length);
     int result = refused ? -1 : sepa_iban_convert(country, account, bank_code, iban, &status);
-    if (status_variable) engine_assign_number(status_variable, status);
+    if (status_variable) {
+        zval number;
+        ZVAL_LONG(&number, status);
+        engine_assign(status_variable, &number);
+    }
     if (result != 1) RETURN_FALSE;
     RETURN_STRING(iban);
 }

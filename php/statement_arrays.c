@@ -66,11 +66,6 @@ enum { TX_LIST, BALANCE_LIST };
 #define PUT_MEMBERS(array, members, record, last)                                                            \
     put_members(array, members, MEMBER_COUNT(members), record, last)
 
-bool is_statement_format(zend_long format) {
-    return format == SEPA_STMT_FORMAT_MT940 || format == SEPA_STMT_FORMAT_CAMT ||
-           format == SEPA_STMT_FORMAT_MT940_TOLERANT;
-}
-
 void make_statement_keys(void) {
     MAKE_KEYS(statement_members);
     MAKE_KEYS(info_members);
@@ -81,9 +76,9 @@ void make_statement_keys(void) {
     MAKE_KEYS(list_members);
 }
 
-void make_booking(zval* array, sepa_stmt_parser_t* parser, const sepa_stmt_tx_t* booking, bool has_info,
-                  date_text* last) {
-    if (has_info) {
+void make_booking(zval* array, sepa_stmt_parser_t* parser, const sepa_stmt_info_t* info,
+                  const sepa_stmt_tx_t* booking, date_text* last) {
+    if (info) {
         array_init_size(array, 32);
         PUT_MEMBERS(array, booking_members, booking, last);
         PUT_MEMBERS(array, reversal_member, booking, last);
@@ -103,20 +98,18 @@ static void put_list(zval* array, int list, zval* value) {
 }
 
 static void make_statement(zval* array, sepa_stmt_parser_t* parser, const sepa_stmt_t* statement,
-                           bool with_bookings, date_text* last) {
+                           date_text* last) {
     const sepa_stmt_info_t* info = sepa_stmt_parser_getInfo(parser, statement);
     array_init_size(array, info ? 32 : 16);
     PUT_MEMBERS(array, statement_members, statement, last);
-    if (with_bookings) {
-        zval bookings;
-        array_init(&bookings);
-        for (const sepa_stmt_tx_t* tx = statement->first_tx; tx; tx = tx->next) {
-            zval booking;
-            make_booking(&booking, parser, tx, info != NULL, last);
-            zend_hash_next_index_insert_new(Z_ARRVAL(bookings), &booking);
-        }
-        put_list(array, TX_LIST, &bookings);
+    zval bookings;
+    array_init(&bookings);
+    for (const sepa_stmt_tx_t* tx = statement->first_tx; tx; tx = tx->next) {
+        zval booking;
+        make_booking(&booking, parser, info, tx, last);
+        zend_hash_next_index_insert_new(Z_ARRVAL(bookings), &booking);
     }
+    put_list(array, TX_LIST, &bookings);
     if (!info) return;
     PUT_MEMBERS(array, info_members, info, last);
     zval balances;
@@ -130,14 +123,14 @@ static void make_statement(zval* array, sepa_stmt_parser_t* parser, const sepa_s
     put_list(array, BALANCE_LIST, &balances);
 }
 
-void return_statements(zval* return_value, sepa_stmt_parser_t* parser, bool with_bookings) {
+void return_statements(zval* return_value, sepa_stmt_parser_t* parser) {
     const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser);
     if (!statement) RETURN_NULL();
     array_init(return_value);
     date_text last = {0};
     for (; statement; statement = statement->next) {
         zval array;
-        make_statement(&array, parser, statement, with_bookings, &last);
+        make_statement(&array, parser, statement, &last);
         zend_hash_next_index_insert_new(Z_ARRVAL_P(return_value), &array);
     }
     release_date(&last);

@@ -20,14 +20,26 @@ PHP_METHOD(SEPAStatementParser, __construct) {
     (void)return_value;
     if (zend_parse_parameters_none() == FAILURE) return;
 
+    bound_object* object = this_object(execute_data);
+    if (object->handle && object->std.handlers != &sepaStP_object_handlers) {
+        throw_reason("Parser already used"); /* a loop may be on its way through a reader's bookings */
+        return;
+    }
     sepa_stmt_parser_t* parser = sepa_stmt_parser_new();
     if (!parser) {
         zend_throw_exception(sepa_ce_exception, "can't create SEPAStatementParser object", BINDING_ERROR);
         return;
     }
-    bound_object* object = this_object(execute_data);
     sepa_stmt_parser_free(object->handle); /* called by hand on a finished object: it starts again, unused */
     object->handle = parser;
+}
+
+bool throw_for_format(zend_long format) {
+    if (format == SEPA_STMT_FORMAT_MT940 || format == SEPA_STMT_FORMAT_CAMT ||
+        format == SEPA_STMT_FORMAT_MT940_TOLERANT)
+        return false;
+    zend_throw_exception(sepa_ce_exception, "invalid/unknown statement format", BINDING_ERROR);
+    return true;
 }
 
 PHP_METHOD(SEPAStatementParser, load) {
@@ -39,10 +51,7 @@ PHP_METHOD(SEPAStatementParser, load) {
         Z_PARAM_PATH(filename, length)
     ZEND_PARSE_PARAMETERS_END();
 
-    if (!is_statement_format(format)) {
-        zend_throw_exception(sepa_ce_exception, "invalid/unknown statement format", BINDING_ERROR);
-        return;
-    }
+    if (throw_for_format(format)) return;
     sepa_stmt_parser_t* parser = this_object(execute_data)->handle;
     bool refused = php_check_open_basedir(filename);
     /* A refused file is the parser's one load, too: it fails like a file without a name. */
@@ -54,13 +63,15 @@ PHP_METHOD(SEPAStatementParser, load) {
     }
 }
 
+sepa_stmt_parser_t* parser_or_throw(zend_execute_data* execute_data) {
+    sepa_stmt_parser_t* parser = this_object(execute_data)->handle;
+    if (!parser) throw_reason(sepa_stmt_parser_getError(NULL));
+    return parser;
+}
+
 PHP_METHOD(SEPAStatementParser, getStatements) {
     if (zend_parse_parameters_none() == FAILURE) return;
 
-    sepa_stmt_parser_t* parser = this_object(execute_data)->handle;
-    if (!parser) {
-        throw_reason(sepa_stmt_parser_getError(NULL));
-        return;
-    }
-    return_statements(return_value, parser, true);
+    sepa_stmt_parser_t* parser = parser_or_throw(execute_data);
+    if (parser) return_statements(return_value, parser);
 }

@@ -4,16 +4,22 @@ Module, constants, classes and the signature of every method
 <?php if (PHP_VERSION_ID < 80000) echo 'skip before PHP 8 methods of extensions have no types'; ?>
 --FILE--
 <?php
-$module = new ReflectionExtension('SEPA');
-echo $module->getName(), ' ', $module->getVersion(), "\n";
-echo json_encode([$module->getFunctions(), $module->getINIEntries(), $module->getDependencies()]), "\n";
-foreach ($module->getConstants() as $name => $value) {
-    echo "$name = $value\n";
+foreach (['SEPA', 'velmora'] as $name) {
+    $module = new ReflectionExtension($name);
+    echo $module->getName(), ' ', $module->getVersion(), "\n";
+    echo json_encode([$module->getFunctions(), $module->getINIEntries(), $module->getDependencies()]), "\n";
+    foreach ($module->getConstants() as $constant => $value) {
+        echo "$constant = $value\n";
+    }
+    array_map('describe', $module->getClasses());
+    echo "\n";
 }
-foreach ($module->getClasses() as $class) {
+
+function describe(ReflectionClass $class): void
+{
     $parent = $class->getParentClass();
-    echo "\nclass ", $class->getName(), $parent ? ' extends ' . $parent->getName() : '',
-        $class->isCloneable() ? ' (cloneable)' : '', "\n";
+    echo "\n", $class->isFinal() ? 'final ' : '', 'class ', $class->getName(),
+        $parent ? ' extends ' . $parent->getName() : '', $class->isCloneable() ? ' (cloneable)' : '', "\n";
     foreach ($class->getMethods() as $method) {
         if ($method->getDeclaringClass() == $class) {
             $parameters = array_map(function ($parameter) {
@@ -29,7 +35,7 @@ foreach ($module->getClasses() as $class) {
 ob_start();
 phpinfo(INFO_MODULES);
 preg_match('/^SEPA\n\n(.*?)\n\n/ms', ob_get_clean(), $information);
-echo "\n", $information[1], "\n";
+echo $information[1], "\n";
 ?>
 --EXPECT_EXTERNAL--
 module.txt

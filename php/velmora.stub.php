@@ -1,0 +1,86 @@
+<?php
+
+/**
+ * The module velmora as PHP scripts see it: what the library can do beyond the module SEPA, which starts it. IDEs read
+ * this file as it stands; the tables with which the module registers itself are made from it by
+ * tools/update_php_arginfo.
+ *
+ * @generate-class-entries
+ * @generate-function-entries
+ * @generate-legacy-arginfo 70000
+ */
+
+/**
+ * camt.052, camt.053 and camt.054 (ISO 20022), every version from 001.02 on; for load() and loadString().
+ * @var int
+ */
+const SEPA_STMT_FORMAT_CAMT = 53;
+/**
+ * MT940 as banks really write it: any line ends, signed amounts.
+ * @var int
+ */
+const SEPA_STMT_FORMAT_MT940_TOLERANT = 940;
+
+/**
+ * What the selected rulebook permits in names stays as it is; for SEPAText::convert().
+ * @var int
+ */
+const SEPA_TEXT_KEEP = 0;
+/**
+ * Only the characters stay that every bank takes: letters, digits, space and ' ( ) + , - . / : ?
+ * @var int
+ */
+const SEPA_TEXT_BASIC = 1;
+
+/**
+ * A reader for one account statement file: what SEPAStatementParser does, the file also from memory, the bookings one
+ * at a time, and the proof that they are complete. The file is released with the object.
+ *
+ * @not-serializable
+ */
+class SEPAStatementReader extends SEPAStatementParser
+{
+    /**
+     * Reads a file that is in memory: from a ZIP archive, an upload, a database. A reader loads once.
+     *
+     * @param int $format SEPA_STMT_FORMAT_CAMT, SEPA_STMT_FORMAT_MT940_TOLERANT or SEPA_STMT_FORMAT_MT940
+     * @return bool always true
+     * @throws SEPAException as load() does
+     */
+    public function loadString(int $format, string $data): bool {}
+
+    /**
+     * The bookings of all statements behind one another, numbered from 0 on. Each is made when the loop comes to it:
+     * the memory that a large file needs stays the same. Keys as in getStatements().
+     *
+     * @return iterable<int, array<string, mixed>>
+     */
+    public function getBookings(): iterable {}
+
+    /**
+     * Proves each statement: opening balance and bookings give the closing balance, to the cent.
+     *
+     * @return array<int, array{ok: ?bool, difference: ?float}> for each statement whether they do, and the closing
+     *         balance less what the bookings give; both null where a balance is missing
+     */
+    public function check(): array {}
+}
+
+/**
+ * Texts with the characters that banks take.
+ */
+final class SEPAText
+{
+    /**
+     * Writes a name or a remittance text in the characters that banks take: "Łódź" as "Lodz", "10 €" as "10 EUR".
+     * What has no equivalent becomes ".".
+     *
+     * @param int $mode SEPA_TEXT_KEEP or SEPA_TEXT_BASIC
+     * @param int $limit the longest result as the selected rulebook counts, 0 for none: 70 for names, 140 for
+     *                   remittance texts
+     * @param int[] $report set to "changed" (characters written in another way), "replaced" (by "."), "cut" (lost
+     *                      behind the limit) and "first" (where the first of them stands, in bytes; -1 without any)
+     * @throws SEPAException for a text that is not UTF-8 or contains a zero byte
+     */
+    public static function convert(string $text, int $mode = SEPA_TEXT_KEEP, int $limit = 0, ?array &$report = null): string {}
+}

@@ -21,12 +21,12 @@
  *    who releases each with one free(). Error texts and statement records belong to their handle.
  * 4. Null pointers. A null handle or a null text makes a call fail with the result named for invalid input;
  *    it never crashes. The free functions ignore null.
- * 5. Texts are zero-terminated UTF-8. Every length and limit counts bytes, not characters.
+ * 5. Texts are zero-terminated UTF-8. Every length and limit counts bytes, not characters; but under the
+ *    rulebook "DE-26.11" the limits of names, references and addresses count characters.
  * 6. Amounts are doubles in euros, dates are texts of the form yyyy-mm-dd.
- * 7. Threads. The rulebook selection, the compiled patterns and the counter in generated message ids are
- *    process-wide and not locked: let one thread at a time use the message, IBAN and BIC functions. One
- *    handle belongs to one thread at a time. The account check functions and statement parsers on separate
- *    handles may run on any number of threads at once.
+ * 7. Threads. Everything may run on any number of threads at once; one handle belongs to one thread at a
+ * time. Two things are shared by the process, and both are atomic: the rulebook that sepa_init() selects, for
+ *    messages without one of their own, and the counter in generated message ids.
  */
 #ifndef VELMORA_H
 #define VELMORA_H
@@ -79,9 +79,9 @@ enum {
  *
  * @param option SEPA_INIT_RULEBOOK, the only one.
  * @param value  the rulebook, spelled exactly "DE-2.6", "DE-2.7", "AT-6", "NL-6", "DE-2.8", "DE-2.9",
- *               "DE-3.0", "DE-3.1", "DE-3.5" or "DE-3.7". It decides the schema version, the permitted
- *               characters and the required properties. It holds at once for every message of the process,
- *               for those that exist too.
+ *               "DE-3.0", "DE-3.1", "DE-3.5", "DE-3.7" or "DE-26.11". It decides the schema version, the
+ *               permitted characters and the required properties. It holds at once for every message of the
+ *               process that has none of its own (sepa_setRulebook()), for those that exist too.
  * @return 1, or 0 for an unknown option, an unknown rulebook or null; the selection then stays as it was.
  */
 int sepa_init(int option, const char* value);
@@ -133,7 +133,8 @@ int sepa_setBIC(sepa_t* message, const char* bic);
  * @param message a message of either type.
  * @param name    1 to 70 bytes of the characters that the rulebook permits in names.
  * @return 1, or 0: "sepa_setAccount: Name too short", "sepa_setAccount: Name too long",
- *         "sepa_setName: invalid character 'x' in name".
+ *         "sepa_setName: invalid character 'x' in name"; under "DE-26.11" also "Invalid UTF-8 in name",
+ *         "Text must not consist of spaces".
  */
 int sepa_setName(sepa_t* message, const char* name);
 
@@ -142,7 +143,8 @@ int sepa_setName(sepa_t* message, const char* name);
  * national identifier; check digits by ISO 7064 MOD 97-10 without the business code).
  *
  * @param message    a direct debit message; a credit transfer message keeps it without writing it.
- * @param identifier 7 to 35 characters, letters in upper case.
+ * @param identifier 7 to 35 characters, letters in upper case; under "DE-26.11" at least 8, and the business
+ *                   code, too, is of letters and digits.
  * @return 1, or 0: "Creditor Identifier too short", "Creditor Identifier too long",
  *         "Invalid character in Creditor Identifier", "Invalid Creditor Identifier checksum".
  */
@@ -153,7 +155,7 @@ int sepa_setCreditorIdentifier(sepa_t* message, const char* identifier);
  * sepa_toXML() uses today's local date.
  *
  * @param message a message of either type.
- * @param date    ten characters, yyyy-mm-dd; not compared with today.
+ * @param date    ten characters, yyyy-mm-dd; not compared with today. A day of the calendar under "DE-26.11".
  * @return 1, or 0: "Invalid date" (null or another length), "Invalid date format".
  */
 int sepa_setDate(sepa_t* message, const char* date);
@@ -183,8 +185,10 @@ int sepa_setBatchBooking(sepa_t* message, uint8_t batch);
  * Sets the message identification. Without it sepa_toXML() generates one.
  *
  * @param message a message of either type.
- * @param id      1 to 35 letters, digits, spaces and ' ( ) + , - . / : ?
- * @return 1, or 0: "Invalid message id".
+ * @param id      1 to 35 letters, digits, spaces and ' ( ) + , - . / : ? Under "DE-26.11" 1 to 30, without
+ * "/" at either end and without "//".
+ * @return 1, or 0: "Invalid message id"; under "DE-26.11" also "Slash not allowed here in message id", "Text
+ *         must not consist of spaces".
  */
 int sepa_setMessageId(sepa_t* message, const char* id);
 
@@ -209,15 +213,99 @@ int sepa_setMessageId(sepa_t* message, const char* id);
  * "iban" and "amount" are always required, "bic" under "DE-2.6". Under "DE-3.7" a structured address key is
  * taken only while the message holds no error text: after any failed call on a message, start a new one.
  *
+ * "DE-26.11" takes what German banks take since 15 November 2026, and what it takes makes a valid document:
+ * - "addrLine1" and "addrLine2" stand beside the structured address. An address has "addrTown" and "addrCC".
+ * - "name" is required; for direct debits "mref" and "mdate", too. Amounts end at 999999999.99. Dates are
+ * days of the calendar. Texts are not of spaces alone. "id", "mref" and "instrId" have no "/" at either end
+ * and no "//". Limits count characters. Credit transfers refuse unknown keys, too. IBANs of Andorra, Albania,
+ * Moldova, Montenegro, North Macedonia, Serbia and the Vatican are taken.
+ * - Further keys for both: "category" (category purpose, 4 capital letters), "purp", "reference" (creditor
+ *   reference, ISO 11649; not with "ref"), "ultDebtor", "ultCreditor" (1-70), "instrId" (1-35). Credit
+ * transfers: "instant" ("1"), "time" (hh:mm or hh:mm:ss, local time, instant payments only), "urgent" ("1",
+ * not with "instant"). Direct debits: "old_name" (1-70), "old_ci", the creditor's former name and identifier.
+ *
  * @return 1, or 0 with the reason; the message then stays as it was but for its error text.
  */
 int sepa_add(sepa_t* message, const char* const* pairs);
 
 /**
+ * Selects a rulebook for one message. The message then no longer follows sepa_init() and reads nothing
+ * process-wide: messages of different rulebooks stand side by side, on different threads, too.
+ *
+ * What is in the message already is not checked again, but "DE-26.11" checks it before it writes it.
+ *
+ * @param message  a message of either type.
+ * @param rulebook as for sepa_init().
+ * @return 1, or 0: "Unknown SEPA rulebook 'x'"; the message then stays as it was.
+ */
+int sepa_setRulebook(sepa_t* message, const char* rulebook);
+
+/**
+ * Sets what holds for the payments that do not say otherwise, also for those that were added already.
+ *
+ * Credit transfers: "instant", "time", "urgent", "category" and "ultDebtor", with the values of sepa_add().
+ * Direct debits: "category" and "ultCreditor". Both: "created", the time in the document
+ * (yyyy-mm-ddThh:mm:ssZ, UTC) instead of the time of writing, for files that can be made again byte for byte.
+ * A payment's own "urgent" or "instant" counts before a default that contradicts it; "time" is for those
+ * payments alone that are instant.
+ *
+ * @param message a message under "DE-26.11".
+ * @param key     one of those above, in any case.
+ * @param value   null takes the default back.
+ * @return 1, or 0 with the reason; the default then stays as it was: "Not supported by the selected SEPA
+ *         rulebook", "Invalid message property 'x'", "Invalid creation time", or the texts of sepa_add().
+ */
+int sepa_set(sepa_t* message, const char* key, const char* value);
+
+/**
+ * Checks a payment as sepa_add() would, without adding it. No later call behaves differently for it: a
+ * failure here does not count as one that refuses addresses under "DE-3.7".
+ *
+ * @return 1, or 0 with the reason, which sepa_getError() returns.
+ */
+int sepa_test(sepa_t* message, const char* const* pairs);
+
+/** What is in a message. */
+typedef struct sepa_totals {
+    uint64_t payments; /**< number of payments */
+    int64_t cents;     /**< their sum in cents, exactly; the largest number when it does not fit */
+    uint64_t blocks;   /**< blocks ("PmtInf") that sepa_toXML() would write */
+} sepa_totals_t;
+
+/**
+ * Tells what is in a message. Nothing in it changes.
+ *
+ * @param message a message of either type, under every rulebook.
+ * @param totals  where the answer is stored.
+ * @return 1, or 0 for null, without memory, or when sepa_toXML() could not group the dates ("Internal error
+ *         (pmt not found)"); payments and cents are told even then.
+ */
+int sepa_getTotals(sepa_t* message, sepa_totals_t* totals);
+
+/**
+ * Checks a creditor reference (ISO 11649): "RF", check digits from 02 to 98 (ISO 7064 MOD 97-10), 1 to 21
+ * letters or digits.
+ *
+ * @param reference compact form, upper case, without spaces.
+ * @return 1 valid, -1 not.
+ */
+int sepa_reference_check(const char* reference);
+
+/**
+ * Makes a creditor reference.
+ *
+ * @param text      1 to 21 letters or digits; lower case is converted, spaces are left out.
+ * @param reference at least 26 bytes. Cleared first.
+ * @return 1 made, -1 when the text cannot be part of a reference.
+ */
+int sepa_reference_make(const char* text, char* reference);
+
+/**
  * Writes the message as an XML document in the schema version of the selected rulebook.
  *
  * A missing message identification and a missing date are filled in and kept, so that a second call writes
- * the same ones. What the setters and sepa_add() accepted is not checked again.
+ * the same ones. What the setters and sepa_add() accepted is not checked again, unless that was under other
+ * rules than those of "DE-26.11" by which it is written.
  *
  * @return the whole document, UTF-8, to be released with free(); null on failure.
  */

@@ -67,38 +67,8 @@ inline int sepa_iban_convert2(const char* country, const char* account, const ch
     *account_result = 0;
     return result;
 }
-inline int sepa_reference_check(const char*) {
-    return -1;
-}
-
 inline int sepa_iban_normalise(const char*, char*, size_t) {
     return -1;
-}
-inline int sepa_setRulebook(sepa_t*, const char* rulebook) {
-    return sepa_init(SEPA_INIT_RULEBOOK, rulebook);
-}
-inline int sepa_set(sepa_t*, const char*, const char*) {
-    return 0;
-}
-inline int sepa_test(sepa_t* message, const char* const* pairs) {
-    return sepa_add(message, pairs);
-}
-struct sepa_totals_t {
-    uint64_t payments;
-    int64_t cents;
-    uint64_t blocks;
-};
-inline int sepa_getTotals(sepa_t* message, sepa_totals_t* totals) {
-    char* document = sepa_toXML(message);
-    if (document == nullptr) return 0;
-    const char* sum = strstr(document, "<CtrlSum>") + 9;
-    *totals = {strtoul(strstr(document, "<NbOfTxs>") + 9, nullptr, 10), 0, 0};
-    for (; *sum != '<'; ++sum)
-        if (*sum != '.') totals->cents = totals->cents * 10 + (*sum - '0');
-    for (const char* block = document; (block = strstr(block, "<PmtInf>")) != nullptr; ++block)
-        ++totals->blocks;
-    free(document);
-    return 1;
 }
 
 } // namespace velmora::tool

@@ -9,14 +9,14 @@ namespace velmora {
 // The characters that one place of a text may have; the bits stand for 0 to 9 and A to Z in this order.
 using PlaceSet = std::uint64_t;
 
-constexpr PlaceSet no_character = 0;
+constexpr PlaceSet no_characters = 0;
 constexpr PlaceSet all_digits = 0x3FF;
 constexpr PlaceSet all_capitals = 0xF'FFFF'FC00;
 
 constexpr PlaceSet place_set(char c) {
     if (c >= '0' && c <= '9') return PlaceSet{1} << (c - '0');
     if (c >= 'A' && c <= 'Z') return PlaceSet{1} << (c - 'A' + 10);
-    return no_character;
+    return no_characters;
 }
 
 struct Pattern {
@@ -57,7 +57,7 @@ constexpr Pattern read_pattern(const char* p) {
                 if (p[1] == '-') p += 2;
             }
         }
-        expect(set != no_character);
+        expect(set != no_characters);
         std::size_t count = 1;
         if (*++p == '{') {
             count = 0;

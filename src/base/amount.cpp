@@ -77,7 +77,8 @@ int read_exponent(const char*& p) {
     return negative ? -exponent : exponent;
 }
 
-// Cents as a whole number; amounts beyond its range stop at its ends.
+} // namespace
+
 std::int64_t to_cents(double amount) {
     const double cents = round_half_away(amount * 100.0);
     constexpr double range = 9223372036854775808.0; // 2^63
@@ -86,7 +87,33 @@ std::int64_t to_cents(double amount) {
     return cents == cents ? static_cast<std::int64_t>(cents) : 0;
 }
 
-} // namespace
+char* write_cents(char* buffer, std::size_t size, std::int64_t signed_cents) {
+    char* p = buffer;
+    const char* const last = buffer + size - 1; // kept for the terminator
+    const auto put = [&](char c) {
+        if (p < last) *p++ = c;
+    };
+
+    std::uint64_t cents = static_cast<std::uint64_t>(signed_cents);
+    if (signed_cents < 0) cents = 0 - cents;
+    std::uint64_t divisor = 10;
+    while (divisor <= cents / 10)
+        divisor *= 10;
+
+    if (signed_cents < 0) put('-');
+    if (cents <= 99) {
+        put('0');
+        put('.');
+    }
+    for (; divisor != 0; divisor /= 10) {
+        put(static_cast<char>('0' + cents / divisor));
+        cents %= divisor;
+        if (divisor == 100) put('.');
+    }
+    *p = '\0';
+    return p;
+}
+
 } // namespace velmora
 
 double __sepa_strtod(const char* text, char** end) {
@@ -120,30 +147,5 @@ double __sepa_strtod(const char* text, char** end) {
 
 char* __sepa_d2str(char* buf, size_t size, double amount) {
     using namespace velmora;
-    if (size == 0 || buf == nullptr) return buf;
-    char* p = buf;
-    const char* const last = buf + size - 1; // kept for the terminator
-    const auto put = [&](char c) {
-        if (p < last) *p++ = c;
-    };
-
-    const std::int64_t signed_cents = to_cents(amount);
-    std::uint64_t cents = static_cast<std::uint64_t>(signed_cents);
-    if (signed_cents < 0) cents = 0 - cents;
-    std::uint64_t divisor = 10;
-    while (divisor <= cents / 10)
-        divisor *= 10;
-
-    if (signed_cents < 0) put('-');
-    if (cents <= 99) {
-        put('0');
-        put('.');
-    }
-    for (; divisor != 0; divisor /= 10) {
-        put(static_cast<char>('0' + cents / divisor));
-        cents %= divisor;
-        if (divisor == 100) put('.');
-    }
-    *p = '\0';
-    return p;
+    return size == 0 || buf == nullptr ? buf : write_cents(buf, size, to_cents(amount));
 }

@@ -1,6 +1,7 @@
 // Rounding of amounts; the parser and formatter of amounts are in the public header.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace velmora {
@@ -19,5 +20,19 @@ inline double round_half_away(double value) {
 inline double round_to_cents(double amount) {
     return round_half_away(amount * 100.0) / 100.0;
 }
+
+// Cents as a whole number; amounts beyond its range stop at its ends.
+std::int64_t to_cents(double amount);
+
+// A sum of cents, which stops at the ends of its range, too.
+inline std::int64_t add_cents(std::int64_t sum, std::int64_t cents) {
+    std::int64_t result = 0;
+    if (!__builtin_add_overflow(sum, cents, &result)) return result;
+    return cents < 0 ? INT64_MIN : INT64_MAX;
+}
+
+// Writes cents as an amount with two decimals, cut to `size` bytes but terminated; returns the terminator's
+// place.
+char* write_cents(char* buffer, std::size_t size, std::int64_t cents);
 
 } // namespace velmora

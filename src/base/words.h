@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace velmora {
 
@@ -16,6 +17,15 @@ inline std::uint64_t load_word(const char* text) {
     std::uint64_t word;
     std::memcpy(&word, text, sizeof word);
     if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+    return word;
+}
+
+// The last of up to eight characters in the highest byte, and `fill` in place of those before the first.
+inline std::uint64_t load_right_aligned(std::string_view text, char fill) {
+    std::uint64_t word = repeated(static_cast<unsigned char>(fill));
+    if (text.size() == 8) return load_word(text.data());
+    for (const char c : text) // each moves the others down
+        word = word >> 8 | std::uint64_t{static_cast<unsigned char>(c)} << 56;
     return word;
 }
 

@@ -1,60 +1,50 @@
-// Adding payments.
-#include "message/message.h"
+// Adding payments, and trying them.
+#include "base/amount.h"
+#include "message/payment_rules.h"
 #include "message/property_values.h"
 
 using namespace velmora;
 
 namespace {
 
-// SEPA countries outside the European Economic Area.
-constexpr char countries_outside_eea[][3] = {"AD", "BL", "CH", "GB", "GG", "GI", "IM", "JE",
-                                             "MC", "NC", "PF", "PM", "SM", "TF", "VA", "WF"};
-
-bool is_outside_eea(std::string_view bic) {
-    if (bic.size() < 8) return false;
-    for (const auto& country : countries_outside_eea)
-        if (bic[4] == country[0] && bic[5] == country[1]) return true;
-    return false;
-}
-
-// What a direct debit lacks as a whole, or null.
-const char* missing_in_direct_debit(const Payment& payment, const Rulebook& rulebook) {
-    constexpr FieldSet lines = fields(Field::address_line_1, Field::address_line_2);
-    if (is_outside_eea(payment[Field::bic])) {
-        if (requires_address_line_outside_eea(rulebook) && !payment.has(lines))
-            return "Address required for BICs outside EEA";
-        // Deliberate: the text asks for both, either is enough; files with one of them are in use.
-        if (requires_structured_address_outside_eea(rulebook) &&
-            !payment.has(fields(Field::town, Field::country)))
-            return "Structured address required for BICs outside EEA (at least town and country)";
-    }
-    return payment.sequence_type == no_sequence_type ? "Sequence type missing" : nullptr;
-}
-
-// What a payment lacks as a whole, or null.
-const char* missing_in(const Payment& payment, std::uint32_t message_type, const Rulebook& rulebook) {
-    if (!payment.has(Field::iban)) return "IBAN missing";
-    if (!payment.has(Field::bic) && requires_bic(rulebook)) return "BIC missing";
-    if (message_type == SEPA_MSGTYPE_DDI)
-        if (const char* missing = missing_in_direct_debit(payment, rulebook)) return missing;
-    return payment.amount == 0 ? "Amount missing" : nullptr;
-}
-
-bool add(sepa_t& message, const char* const* pairs) {
-    Failure& failure = message.failure;
-    if (pairs == nullptr) return failure.fail("No key-value list submitted");
-    PaymentCheck check{rulebook_of(message), message.type, failure, {}};
+// Fills the payment of `check`. False when something is refused.
+bool read_payment(PaymentCheck& check, sepa_t& message, const char* const* pairs, const Rulebook& rulebook) {
+    if (pairs == nullptr) return message.failure.fail("No key-value list submitted");
     for (const char* const* pair = pairs; pair[0] != nullptr; pair += 2)
         if (!check.set(pair[0], pair[1])) return false;
-    if (const char* missing = missing_in(check.payment, message.type, check.rulebook))
-        return failure.fail(missing);
-    if (!message.payments.append(check.payment)) return failure.fail("Out of memory");
-    message.control_sum += check.payment.amount;
+    return check_payment(check.payment, message, rulebook);
+}
+
+bool add(sepa_t& message, const char* const* pairs, const Rulebook& rulebook) {
+    PaymentCheck check(rulebook, message.type, message.failure);
+    if (!read_payment(check, message, pairs, rulebook)) return false;
+    Payment& payment = check.payment;
+    // What is only meant for instant payments makes it one, whatever the default becomes.
+    if (payment.has(Field::execution_time)) payment.instant = true;
+    if (!message.payments.append(payment)) return message.failure.fail("Out of memory");
+    message.control_sum += payment.amount;
+    message.cents = add_cents(message.cents, to_cents(payment.amount));
+    if (!is_strict(rulebook)) message.has_loose_values = true;
     return true;
 }
 
 } // namespace
 
 int sepa_add(sepa_t* message, const char* const* pairs) {
-    return message != nullptr && add(*message, pairs);
+    if (message == nullptr) return 0;
+    const Rulebook& rulebook = rulebook_of(*message);
+    if (add(*message, pairs, rulebook)) return 1;
+    if (counts_characters(rulebook)) message->failure.keep_whole_characters();
+    return 0;
+}
+
+int sepa_test(sepa_t* message, const char* const* pairs) {
+    if (message == nullptr) return 0;
+    const Rulebook& rulebook = rulebook_of(*message);
+    PaymentCheck check(rulebook, message->type, message->failure);
+    message->failure.begin_test();
+    const bool is_accepted = read_payment(check, *message, pairs, rulebook);
+    if (!is_accepted && counts_characters(rulebook)) message->failure.keep_whole_characters();
+    message->failure.end_test();
+    return is_accepted;
 }

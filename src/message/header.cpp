@@ -10,6 +10,7 @@
 #include "message/characters.h"
 #include "message/creditor_identifier.h"
 #include "message/message.h"
+#include "message/text_check.h"
 
 using namespace velmora;
 
@@ -40,11 +41,17 @@ bool is_message_id_character(char c) {
 
 int sepa_setIBAN(sepa_t* message, const char* iban) {
     if (message == nullptr) return 0;
+    const Rulebook& rulebook = rulebook_of(*message);
     const char* reason = nullptr;
-    if (iban_validate(iban, &reason) == 1) return store(message, message->iban, iban);
+    if (iban_validate(iban, &reason, iban_countries_of(rulebook)) == 1)
+        return store(message, message->iban, iban);
     const char* input = iban == nullptr ? "(null)" : iban;
-    return reason != nullptr ? message->failure.fail_with("%s (%s)", reason, input)
-                             : message->failure.fail_with("invalid IBAN (%s)", input);
+    if (reason != nullptr)
+        message->failure.fail_with("%s (%s)", reason, input);
+    else
+        message->failure.fail_with("invalid IBAN (%s)", input);
+    if (counts_characters(rulebook)) message->failure.keep_whole_characters();
+    return 0;
 }
 
 int sepa_setBIC(sepa_t* message, const char* bic) {
@@ -61,17 +68,21 @@ int sepa_setName(sepa_t* message, const char* name) {
     if (message == nullptr) return 0;
     // Deliberate: the first two texts name another operation; programs compare them.
     if (name == nullptr || *name == '\0') return message->failure.fail("sepa_setAccount: Name too short");
-    const std::string_view text(name, strnlen(name, longest + 1));
-    if (text.size() > longest) return message->failure.fail("sepa_setAccount: Name too long");
-    if (const char* c = find_forbidden_character(text, CharacterSet::name, rulebook_of(*message)))
-        return message->failure.fail_with("sepa_setName: invalid character '%c' in name", *c);
+    const auto [text, fault, character] =
+        check_text(name, 1, longest, CharacterSet::name, rulebook_of(*message));
+    if (fault == TextFault::length) return message->failure.fail("sepa_setAccount: Name too long");
+    if (fault == TextFault::character)
+        return message->failure.fail_with("sepa_setName: invalid character '%.*s' in name",
+                                          static_cast<int>(character.size()), character.data());
+    if (fault != TextFault::none) return fail_text(message->failure, fault, "name");
     return store(message, message->name, text, "sepa_setName: strdup() failed");
 }
 
 int sepa_setCreditorIdentifier(sepa_t* message, const char* identifier) {
     if (message == nullptr) return 0;
     const std::string_view text = identifier == nullptr ? "" : identifier;
-    if (const char* fault = creditor_identifier_fault(text)) return message->failure.fail(fault);
+    if (const char* fault = creditor_identifier_fault(text, rulebook_of(*message)))
+        return message->failure.fail(fault);
     return store(message, message->creditor_identifier, text);
 }
 
@@ -79,7 +90,11 @@ int sepa_setDate(sepa_t* message, const char* date) {
     constexpr std::size_t length = 10;
     if (message == nullptr) return 0;
     if (date == nullptr || strnlen(date, length + 1) != length) return message->failure.fail("Invalid date");
-    if (!begins_with_date(date)) return message->failure.fail("Invalid date format");
+    if (is_strict(rulebook_of(*message))) {
+        if (!is_calendar_date({date, length})) return message->failure.fail("Invalid date");
+    } else if (!begins_with_date(date)) {
+        return message->failure.fail("Invalid date format");
+    }
     return store(message, message->date, {date, length});
 }
 
@@ -102,14 +117,24 @@ int sepa_setBatchBooking(sepa_t* message, uint8_t batch) {
 }
 
 int sepa_setMessageId(sepa_t* message, const char* id) {
-    constexpr std::size_t longest = 35;
     if (message == nullptr) return 0;
+    const bool strictly = is_strict(rulebook_of(*message));
+    // "-P999" has to fit behind it.
+    const std::size_t longest = strictly ? 30 : 35;
     const std::string_view text = id == nullptr ? "" : std::string_view(id, strnlen(id, longest + 1));
     if (text.empty() || text.size() > longest) return message->failure.fail("Invalid message id");
     for (const char c : text)
         if (!is_message_id_character(c)) return message->failure.fail("Invalid message id");
+    if (strictly && text.find_first_not_of(' ') == text.npos)
+        return message->failure.fail("Text must not consist of spaces");
+    if (strictly && has_misplaced_slash(text))
+        return message->failure.fail("Slash not allowed here in message id");
+
+    OwnedText copy;
+    // Deliberate: a failed copy is not reported; sepa_toXML() generates an id then. Strictly, it is.
+    if (!copy.assign(text) && strictly) return message->failure.fail("strdup() failed");
     retire_message_id(message);
-    // Deliberate: a failed copy is not reported; sepa_toXML() generates an id then.
-    if (!message->message_id.assign(text)) message->message_id.reset();
+    message->message_id = std::move(copy);
+    message->has_loose_values |= !strictly;
     return 1;
 }

@@ -13,6 +13,15 @@ int sepa_init(int option, const char* value) {
     return 1;
 }
 
+int sepa_setRulebook(sepa_t* message, const char* rulebook) {
+    if (message == nullptr) return 0;
+    const char* const name = rulebook == nullptr ? "(null)" : rulebook;
+    const Rulebook* found = find_rulebook(name);
+    if (found == nullptr) return message->failure.fail_with("Unknown SEPA rulebook '%s'", name);
+    message->rulebook = found;
+    return 1;
+}
+
 sepa_t* sepa_new(uint32_t type) {
     settle_rulebook(); // before the type is looked at: a refused call settles it, too
     if (type != SEPA_MSGTYPE_DDI && type != SEPA_MSGTYPE_CTI) return nullptr;

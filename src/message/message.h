@@ -17,10 +17,21 @@ struct RetiredId {
     OwnedText text;
 };
 
+// What holds for the payments that do not say otherwise (sepa_set()).
+struct Defaults {
+    bool instant = false;
+    bool urgent = false;
+    OwnedText time; // hh:mm:ss
+    OwnedText category;
+    OwnedText ultimate_party; // on the message's own side
+    OwnedText created;        // of the document, instead of the time of writing
+};
+
 } // namespace velmora
 
 struct sepa {
-    std::uint32_t type = 0; // SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI
+    std::uint32_t type = 0;                      // SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI
+    const velmora::Rulebook* rulebook = nullptr; // its own; without one the process's counts
     velmora::Failure failure;
     velmora::OwnedText iban; // the message's own account: creditor of a DDI, debtor of a CTI
     velmora::OwnedText bic;
@@ -30,7 +41,10 @@ struct sepa {
     velmora::OwnedText message_id;
     velmora::RetiredId* retired_ids = nullptr;
     velmora::PaymentList payments;
-    double control_sum = 0; // euros, added in the order of adding
+    velmora::Defaults defaults;
+    double control_sum = 0;        // euros, added in the order of adding
+    std::int64_t cents = 0;        // the same exactly
+    bool has_loose_values = false; // accepted under a rulebook that is not strict
     std::uint32_t direct_debit_type = SEPA_DDTYPE_CORE;
     std::uint8_t batch_booking = 1;
 };
@@ -38,8 +52,8 @@ struct sepa {
 namespace velmora {
 
 // The rulebook that a message is checked and written by.
-inline const Rulebook& rulebook_of(const sepa_t&) {
-    return *selected_rulebook();
+inline const Rulebook& rulebook_of(const sepa_t& message) {
+    return message.rulebook != nullptr ? *message.rulebook : *selected_rulebook();
 }
 
 } // namespace velmora

@@ -19,7 +19,7 @@ enum class Field : std::uint8_t {
     mandate_date,
     original_mandate_reference,
     original_iban,
-    purpose, // credit transfers only
+    purpose, // credit transfers only, until rulebooks know the extended keys
     country,
     address_line_1,
     address_line_2,
@@ -36,6 +36,14 @@ enum class Field : std::uint8_t {
     town_location,
     district,
     country_subdivision,
+    instruction_id, // the rest are extended keys
+    execution_time, // hh:mm:ss
+    category_purpose,
+    creditor_reference,
+    ultimate_debtor,
+    ultimate_creditor,
+    original_creditor_name,
+    original_creditor_identifier,
     count,
 };
 
@@ -62,6 +70,8 @@ struct PaymentNumbers {
     double amount = 0; // euros, rounded to cents
     SequenceType sequence_type = no_sequence_type;
     bool same_mandate_new_agent = false; // SMNDA: the debtor moved the mandate to another bank
+    bool instant = false;
+    bool urgent = false;
 };
 
 // A payment to read and to fill. Its texts are views: of the caller's values while it is checked, of the
@@ -80,7 +90,10 @@ public:
     // At null when the field is not set.
     std::string_view operator[](Field field) const { return texts_[static_cast<std::size_t>(field)]; }
 
-    char upper_case_bic[12]; // room for a value that is not stored as the caller wrote it
+    // Room for values that are not stored as the caller wrote them.
+    char upper_case_bic[12];
+    char normal_reference[26];
+    char normal_time[9];
 
 private:
     FieldSet present_ = 0;

@@ -14,6 +14,9 @@ public:
     const StoredPayment* next() const { return next_; }
     const PaymentNumbers& numbers() const { return numbers_; }
 
+    FieldSet present() const { return present_; }
+    bool has(FieldSet any) const { return (present_ & any) != 0; }
+
     // At null when the field is not set.
     std::string_view operator[](Field field) const;
 

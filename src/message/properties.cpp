@@ -9,67 +9,98 @@
 namespace velmora {
 namespace {
 
-using enum MessageTypes;
-using enum Kind;
-
+constexpr auto both = MessageTypes::both;
+constexpr auto direct_debits = MessageTypes::direct_debits;
+constexpr auto credit_transfers = MessageTypes::credit_transfers;
 constexpr Field no_field = Field::count;
 constexpr CharacterSet any = CharacterSet::any;
 constexpr Traits structured = uses_structured_address;
+constexpr Traits extended = knows_extended_keys;
 
 // Of several rows with one key, which stand together, the first that fits message type and rulebook counts.
 // Deliberate: the text for address line 2 speaks of line 1; programs compare it.
 constexpr Property properties[] = {
-    {"name", direct_debits, no_traits, text, Field::name, CharacterSet::name, 1, 70,
+    {"name", direct_debits, no_traits, Kind::text, Field::name, CharacterSet::name, 1, 70,
      "Invalid name (must be 1-70 characters)", "debtor name"},
-    {"name", credit_transfers, no_traits, text, Field::name, CharacterSet::name, 1, 70,
+    {"name", credit_transfers, no_traits, Kind::text, Field::name, CharacterSet::name, 1, 70,
      "Invalid name (must be 1-70 characters)", "creditor name"},
-    {"iban", both, no_traits, iban, Field::iban, any, 0, 0, "", ""},
-    {"bic", both, no_traits, bic, Field::bic, any, 0, 0, "", ""},
-    {"addrCC", both, no_traits, country, Field::country, any, 2, 2, "Invalid country code", ""},
-    {"addrLine1", both, structured, refused, no_field, any, 0, 0,
-     "selected SEPA rulebook requires structured address data", ""},
-    {"addrLine1", both, no_traits, text, Field::address_line_1, CharacterSet::name, 1, 70,
+    {"iban", both, no_traits, Kind::iban, Field::iban, any, 0, 0, "", ""},
+    {"bic", both, no_traits, Kind::bic, Field::bic, any, 0, 0, "", ""},
+    {"addrCC", both, no_traits, Kind::country, Field::country, any, 2, 2, "Invalid country code", ""},
+    {"addrLine1", both, permits_hybrid_address, Kind::text, Field::address_line_1, CharacterSet::name, 1, 70,
      "Invalid address line 1 (must be 1-70 chars)", "address line 1"},
-    {"addrLine2", both, structured, refused, no_field, any, 0, 0,
+    {"addrLine1", both, structured, Kind::refused, no_field, any, 0, 0,
      "selected SEPA rulebook requires structured address data", ""},
-    {"addrLine2", both, no_traits, text, Field::address_line_2, CharacterSet::name, 1, 70,
+    {"addrLine1", both, no_traits, Kind::text, Field::address_line_1, CharacterSet::name, 1, 70,
+     "Invalid address line 1 (must be 1-70 chars)", "address line 1"},
+    {"addrLine2", both, permits_hybrid_address, Kind::text, Field::address_line_2, CharacterSet::name, 1, 70,
      "Invalid address line 1 (must be 1-70 chars)", "address line 2"},
-    {"addrDept", both, structured, address, Field::department, any, 1, 70, "", ""},
-    {"addrDept", direct_debits, no_traits, refused, no_field, any, 0, 0,
+    {"addrLine2", both, structured, Kind::refused, no_field, any, 0, 0,
+     "selected SEPA rulebook requires structured address data", ""},
+    {"addrLine2", both, no_traits, Kind::text, Field::address_line_2, CharacterSet::name, 1, 70,
+     "Invalid address line 1 (must be 1-70 chars)", "address line 2"},
+    {"addrDept", both, structured, Kind::address, Field::department, any, 1, 70, "", ""},
+    {"addrDept", direct_debits, no_traits, Kind::refused, no_field, any, 0, 0,
      "selected SEPA rulebook does not support structured address data", ""},
-    {"addrSubDept", both, structured, address, Field::sub_department, any, 1, 70, "", ""},
-    {"addrStreet", both, structured, address, Field::street, any, 1, 70, "", ""},
-    {"addrNum", both, structured, address, Field::building_number, any, 1, 16, "", ""},
-    {"addrBldg", both, structured, address, Field::building_name, any, 1, 35, "", ""},
-    {"addrFloor", both, structured, address, Field::floor, any, 1, 70, "", ""},
-    {"addrPoBox", both, structured, address, Field::post_box, any, 1, 16, "", ""},
-    {"addrRoom", both, structured, address, Field::room, any, 1, 70, "", ""},
-    {"addrCode", both, structured, address, Field::post_code, any, 1, 16, "", ""},
-    {"addrTown", both, structured, address, Field::town, any, 1, 35, "", ""},
-    {"addrLoc", both, structured, address, Field::town_location, any, 1, 35, "", ""},
-    {"addrDstrct", both, structured, address, Field::district, any, 1, 35, "", ""},
-    {"addrCtrySub", both, structured, address, Field::country_subdivision, any, 1, 35, "", ""},
-    {"seq", direct_debits, no_traits, sequence, no_field, any, 0, 0, "Invalid/unknown sequence type", ""},
-    {"amount", both, no_traits, amount, no_field, any, 0, 0, "", ""},
-    {"date", both, no_traits, text, Field::date, any, 10, 10, "Invalid execution date (format: yyyy-mm-dd)",
+    {"addrSubDept", both, structured, Kind::address, Field::sub_department, any, 1, 70, "", ""},
+    {"addrStreet", both, structured, Kind::address, Field::street, any, 1, 70, "", ""},
+    {"addrNum", both, structured, Kind::address, Field::building_number, any, 1, 16, "", ""},
+    {"addrBldg", both, structured, Kind::address, Field::building_name, any, 1, 35, "", ""},
+    {"addrFloor", both, structured, Kind::address, Field::floor, any, 1, 70, "", ""},
+    {"addrPoBox", both, structured, Kind::address, Field::post_box, any, 1, 16, "", ""},
+    {"addrRoom", both, structured, Kind::address, Field::room, any, 1, 70, "", ""},
+    {"addrCode", both, structured, Kind::address, Field::post_code, any, 1, 16, "", ""},
+    {"addrTown", both, structured, Kind::address, Field::town, any, 1, 35, "", ""},
+    {"addrLoc", both, structured, Kind::address, Field::town_location, any, 1, 35, "", ""},
+    {"addrDstrct", both, structured, Kind::address, Field::district, any, 1, 35, "", ""},
+    {"addrCtrySub", both, structured, Kind::address, Field::country_subdivision, any, 1, 35, "", ""},
+    {"seq", direct_debits, no_traits, Kind::sequence, no_field, any, 0, 0, "Invalid/unknown sequence type",
      ""},
-    {"id", both, no_traits, text, Field::end_to_end_id, CharacterSet::text, 1, 35,
+    {"amount", both, no_traits, Kind::amount, no_field, any, 0, 0, "", ""},
+    {"date", both, no_traits, Kind::date, Field::date, any, 10, 10,
+     "Invalid execution date (format: yyyy-mm-dd)", ""},
+    {"id", both, no_traits, Kind::identification, Field::end_to_end_id, CharacterSet::text, 1, 35,
      "Invalid end-to-end ID (must be 1-35 characters)", "end-to-end ID"},
-    {"mref", direct_debits, permits_spaces_in_mandate_reference, text, Field::mandate_reference,
-     CharacterSet::text, 1, 35, "Invalid mandate reference (must be 1-35 characters)", "mandate reference"},
-    {"mref", direct_debits, no_traits, text, Field::mandate_reference, CharacterSet::identifier, 1, 35,
+    {"mref", direct_debits, permits_spaces_in_mandate_reference, Kind::identification,
+     Field::mandate_reference, CharacterSet::text, 1, 35,
      "Invalid mandate reference (must be 1-35 characters)", "mandate reference"},
-    {"mdate", direct_debits, no_traits, text, Field::mandate_date, any, 10, 10,
+    {"mref", direct_debits, no_traits, Kind::identification, Field::mandate_reference,
+     CharacterSet::identifier, 1, 35, "Invalid mandate reference (must be 1-35 characters)",
+     "mandate reference"},
+    {"mdate", direct_debits, no_traits, Kind::date, Field::mandate_date, any, 10, 10,
      "Invalid mandate signature date (format: yyyy-mm-dd)", ""},
-    {"old_mref", direct_debits, no_traits, text, Field::original_mandate_reference, CharacterSet::identifier,
-     1, 35, "Invalid old mandate reference (must be 1-35 characters)", "old mandate reference"},
-    {"old_iban", direct_debits, no_traits, iban, Field::original_iban, any, 0, 0, "", ""},
-    {"smnda", direct_debits, no_traits, smnda, no_field, any, 0, 0, "", ""},
-    {"ref", both, no_traits, text, Field::remittance, CharacterSet::name, 0, 140,
+    {"old_mref", direct_debits, no_traits, Kind::text, Field::original_mandate_reference,
+     CharacterSet::identifier, 1, 35, "Invalid old mandate reference (must be 1-35 characters)",
+     "old mandate reference"},
+    {"old_iban", direct_debits, no_traits, Kind::iban, Field::original_iban, any, 0, 0, "", ""},
+    {"smnda", direct_debits, no_traits, Kind::smnda, no_field, any, 0, 0, "Invalid value '%s' for SMNDA flag",
+     ""},
+    {"ref", both, no_traits, Kind::text, Field::remittance, CharacterSet::name, 0, 140,
      "Invalid unstructured remittance information (must be 0-140 characters)",
      "unstructured remittance information"},
-    {"purp", credit_transfers, no_traits, text, Field::purpose, any, 4, 4,
+    {"purp", direct_debits, extended, Kind::text, Field::purpose, any, 4, 4,
      "Invalid purpose (must be 4 characters)", ""},
+    {"purp", credit_transfers, no_traits, Kind::text, Field::purpose, any, 4, 4,
+     "Invalid purpose (must be 4 characters)", ""},
+    {"instant", credit_transfers, extended, Kind::instant, no_field, any, 0, 0,
+     "Invalid value '%s' for instant flag", ""},
+    {"time", credit_transfers, extended, Kind::time, Field::execution_time, any, 5, 8,
+     "Invalid execution time", ""},
+    {"urgent", credit_transfers, extended, Kind::urgent, no_field, any, 0, 0,
+     "Invalid value '%s' for urgent flag", ""},
+    {"category", both, extended, Kind::category, Field::category_purpose, any, 4, 4,
+     "Invalid category purpose", ""},
+    {"reference", both, extended, Kind::reference, Field::creditor_reference, any, 0, 0, "", ""},
+    {"ultDebtor", both, extended, Kind::text, Field::ultimate_debtor, CharacterSet::name, 1, 70,
+     "Invalid ultimate debtor (must be 1-70 characters)", "ultimate debtor"},
+    {"ultCreditor", both, extended, Kind::text, Field::ultimate_creditor, CharacterSet::name, 1, 70,
+     "Invalid ultimate creditor (must be 1-70 characters)", "ultimate creditor"},
+    {"instrId", both, extended, Kind::identification, Field::instruction_id, CharacterSet::text, 1, 35,
+     "Invalid instruction ID (must be 1-35 characters)", "instruction ID"},
+    {"old_name", direct_debits, extended, Kind::text, Field::original_creditor_name, CharacterSet::name, 1,
+     70, "Invalid old creditor name (must be 1-70 characters)", "old creditor name"},
+    {"old_ci", direct_debits, extended, Kind::creditor_identifier, Field::original_creditor_identifier, any,
+     0, 0, "", ""},
 };
 
 // A key in lower case as two numbers.
@@ -119,7 +150,7 @@ struct KeyTable {
     std::uint64_t factor;
 };
 
-consteval KeyTable make_key_table() {
+constexpr KeyTable make_key_table() {
     KeyTable table{};
     for (std::size_t i = 0; i < std::size(properties); ++i)
         table.keys[i] = make_key(properties[i].key);
@@ -138,19 +169,27 @@ consteval KeyTable make_key_table() {
 
 constexpr KeyTable table = make_key_table();
 
+bool applies(const Property& property, std::uint32_t message_type, const Rulebook& rulebook) {
+    const auto messages = static_cast<unsigned>(property.messages);
+    const auto message =
+        static_cast<unsigned>(message_type == SEPA_MSGTYPE_DDI ? direct_debits : credit_transfers);
+    return (messages & message) != 0 && property.needs(rulebook);
+}
+
 } // namespace
 
 const Property* find_property(const char* key, std::uint32_t message_type, const Rulebook& rulebook) {
     const Key wanted = make_key(key);
     const std::size_t first = table.slots[slot_of(wanted, table.factor)];
     if (first == 0) return nullptr;
-    const auto message =
-        static_cast<std::uint8_t>(message_type == SEPA_MSGTYPE_DDI ? direct_debits : credit_transfers);
-    for (std::size_t i = first - 1; i < std::size(properties) && table.keys[i] == wanted; ++i) {
-        const Property& property = properties[i];
-        if ((static_cast<std::uint8_t>(property.messages) & message) != 0 && property.needs(rulebook))
-            return &property;
-    }
+    for (std::size_t i = first - 1; i < std::size(properties) && table.keys[i] == wanted; ++i)
+        if (applies(properties[i], message_type, rulebook)) return &properties[i];
+    return nullptr;
+}
+
+const Property* find_property(Field field, std::uint32_t message_type, const Rulebook& rulebook) {
+    for (const Property& property : properties)
+        if (property.field == field && applies(property, message_type, rulebook)) return &property;
     return nullptr;
 }
 

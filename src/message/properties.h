@@ -11,13 +11,21 @@ namespace velmora {
 
 enum class Kind : std::uint8_t {
     text,
-    address, // of the structured address
+    identification, // a text whose slashes are looked at, too
+    address,        // of the structured address
     country,
     iban,
     bic,
     sequence,
     amount,
+    date,
+    time,
+    category,
+    reference,
+    creditor_identifier,
     smnda,
+    instant,
+    urgent,
     refused,
 };
 
@@ -30,12 +38,15 @@ struct Property {
     Kind kind;
     Field field;
     CharacterSet characters;
-    std::uint8_t shortest, longest; // in bytes
+    std::uint8_t shortest, longest; // in bytes or characters
     char refusal[72];               // when the limits are not kept; for refused keys always
     char value_name[36];            // what the value is called in the text about a forbidden character
 };
 
 // The row of a key, in any case, for a message type; null when it is not known there.
 const Property* find_property(const char* key, std::uint32_t message_type, const Rulebook& rulebook);
+
+// The row of a text that a payment of the message type has.
+const Property* find_property(Field field, std::uint32_t message_type, const Rulebook& rulebook);
 
 } // namespace velmora

@@ -23,6 +23,10 @@ constexpr Rulebook rulebooks[] = {
     {"DE-3.5", "pain.008.001.02", "pain.001.001.03", since_3_0 | requires_address_line_outside_eea},
     {"DE-3.7", "pain.008.001.08", "pain.001.001.09",
      since_3_0 | uses_structured_address | requires_structured_address_outside_eea | uses_schema_of_2019},
+    {"DE-26.11", "pain.008.001.08", "pain.001.001.09",
+     since_3_0 | uses_structured_address | uses_schema_of_2019 | permits_hybrid_address |
+         requires_complete_address | checks_address_characters | is_strict | knows_extended_keys |
+         permits_unknown_own_bank | knows_all_sepa_countries | counts_characters},
 };
 
 std::atomic<const Rulebook*> selected = nullptr;

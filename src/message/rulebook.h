@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "bank/iban_countries.h"
 #include "base/local_time.h"
 
 namespace velmora {
@@ -42,6 +43,22 @@ constexpr Traits uses_structured_address{1u << 9};
 constexpr Traits marks_changed_bank_under_account{1u << 10};
 // BICFI for BIC, execution dates inside Dt.
 constexpr Traits uses_schema_of_2019{1u << 11};
+// Up to two address lines may stand beside the structured address.
+constexpr Traits permits_hybrid_address{1u << 12};
+// An address has a town and a country; debtors with a bank outside the EEA have an address.
+constexpr Traits requires_complete_address{1u << 13};
+// The structured address holds the characters of names only.
+constexpr Traits checks_address_characters{1u << 14};
+// What is accepted makes a valid document: nothing is dropped, and what is missing or malformed refused.
+constexpr Traits is_strict{1u << 15};
+// Instant, urgent and categorised payments, references, further parties.
+constexpr Traits knows_extended_keys{1u << 16};
+// The own bank may be left out and is then written as not provided.
+constexpr Traits permits_unknown_own_bank{1u << 17};
+// IBANs of the countries that joined SEPA later, too.
+constexpr Traits knows_all_sepa_countries{1u << 18};
+// Limits count characters instead of bytes; texts are UTF-8 and quoted in whole characters.
+constexpr Traits counts_characters{1u << 19};
 
 struct Rulebook {
     char name[9];
@@ -52,6 +69,10 @@ struct Rulebook {
 
 constexpr bool Traits::operator()(const Rulebook& rulebook) const {
     return (rulebook.traits.bits & bits) == bits;
+}
+
+inline Countries iban_countries_of(const Rulebook& rulebook) {
+    return knows_all_sepa_countries(rulebook) ? Countries::all_sepa : Countries::established;
 }
 
 // The rulebook with exactly this name, or null.

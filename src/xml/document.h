@@ -30,8 +30,11 @@ void write_opening(DocumentWriter& out, const Document& document, std::string_vi
                    std::string_view root);
 
 // Payment block up to the payment type: identification, method, booking mode and totals.
-void write_block_header(DocumentWriter& out, const sepa_t& message, const PaymentBlock& block,
+void write_block_header(DocumentWriter& out, const Document& document, const PaymentBlock& block,
                         std::size_t number, std::string_view payment_method);
+
+// The category purpose of a block, if it has one.
+void write_category(DocumentWriter& out, const PaymentBlock& block);
 
 // Own name, account and bank as far as they are set, and who bears the charges.
 void write_own_side(DocumentWriter& out, const Document& document, const OwnSide& elements);
@@ -39,16 +42,29 @@ void write_own_side(DocumentWriter& out, const Document& document, const OwnSide
 // A BIC on a line of its own, `tabs` deep.
 void write_bic(DocumentWriter& out, const Rulebook& rulebook, std::string_view tabs, std::string_view bic);
 
-// The end-to-end identification of a payment.
+// The identifications of a payment.
 void write_payment_id(DocumentWriter& out, const Payment& payment);
+
+// A party on whose behalf a payment is made or taken, in the element `name`. Nothing for an empty party.
+void write_ultimate_party(DocumentWriter& out, std::string_view name, std::string_view party);
+
+// The ultimate party on the message's own side: the payment's, otherwise the message's.
+inline std::string_view own_ultimate_party(const Payment& payment, Field field, const sepa_t& message) {
+    return payment.has(field) ? payment[field] : message.defaults.ultimate_party.view();
+}
+
+void write_purpose(DocumentWriter& out, const Rulebook& rulebook, const Payment& payment);
+
+// Reference or text, as strict rulebooks have it: nothing when there is neither.
+void write_strict_remittance(DocumentWriter& out, const Payment& payment);
 
 // Whether the counterpart's address is written: the structured fields other than the town do not open it.
 inline bool has_postal_address(const Payment& payment) {
     return payment.has(fields(Field::country, Field::town, Field::address_line_1, Field::address_line_2));
 }
 
-// The fields of the structured address with the country at their end.
-void write_structured_address(DocumentWriter& out, const Payment& payment);
+// The fields of the structured address with the country, and of a hybrid one the address lines, at their end.
+void write_structured_address(DocumentWriter& out, const Rulebook& rulebook, const Payment& payment);
 void write_country(DocumentWriter& out, const Payment& payment);
 void write_address_lines(DocumentWriter& out, const Payment& payment);
 
@@ -69,6 +85,7 @@ void write_document(DocumentWriter& out, const Document& document, std::string_v
 
 // What is missing or wrong in a message before its document can be written, or null.
 const char* fault_in_direct_debits(const sepa_t& message, const Rulebook& rulebook);
+const char* fault_in_credit_transfers(const sepa_t& message, const Rulebook& rulebook);
 
 void write_direct_debits(DocumentWriter& out, const Document& document);
 void write_credit_transfers(DocumentWriter& out, const Document& document);

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/amount.h"
 #include "base/pages.h"
-#include "velmora.h"
 
 namespace velmora {
 namespace {
@@ -98,8 +98,12 @@ void DocumentWriter::escaped_line(std::string_view open, std::string_view text, 
 }
 
 void DocumentWriter::amount(std::string_view open, double euros, std::string_view close) {
+    cents(open, to_cents(euros), close);
+}
+
+void DocumentWriter::cents(std::string_view open, std::int64_t cents, std::string_view close) {
     char buffer[32];
-    const char* end = __sepa_d2str(buffer, sizeof buffer, euros);
+    const char* end = write_cents(buffer, sizeof buffer, cents);
     append(open, std::string_view(buffer, end), close);
 }
 

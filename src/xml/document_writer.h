@@ -30,8 +30,9 @@ public:
     }
     void escaped_line(std::string_view open, std::string_view text, std::string_view close);
 
-    // Euros with two decimals.
+    // With two decimals.
     void amount(std::string_view open, double euros, std::string_view close);
+    void cents(std::string_view open, std::int64_t cents, std::string_view close);
     void number(std::string_view open, std::uint64_t number, std::string_view close);
 
     // The zero-terminated text, to be released with free(), or null without memory.

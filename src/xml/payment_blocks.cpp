@@ -7,6 +7,9 @@
 #include <cstring>
 #include <memory>
 
+#include "base/amount.h"
+#include "base/calendar.h"
+
 namespace velmora {
 namespace {
 
@@ -29,8 +32,10 @@ struct BlockKey {
     std::uint64_t date_head;
     std::uint16_t date_tail;
     SequenceType sequence_type;
+    std::uint64_t service;
 
-    BlockKey(std::string_view date, SequenceType type) : date_head(0), date_tail(0), sequence_type(type) {
+    BlockKey(std::string_view date, SequenceType type, const Service& kind)
+        : date_head(0), date_tail(0), sequence_type(type), service(rank(kind)) {
         std::memcpy(&date_head, date.data(), sizeof date_head);
         std::memcpy(&date_tail, date.data() + sizeof date_head, sizeof date_tail);
         if constexpr (std::endian::native == std::endian::little) {
@@ -45,7 +50,23 @@ struct BlockKey {
     }
     std::uint64_t hash() const {
         constexpr std::uint64_t factor = 0x9E3779B97F4A7C15;
-        return (date_head ^ std::uint64_t{date_tail} << 16 ^ sequence_type) * factor;
+        return (date_head ^ std::uint64_t{date_tail} << 16 ^ sequence_type ^ service * factor) * factor;
+    }
+
+private:
+    // A number that compares like the places of services among the blocks.
+    static std::uint64_t rank(const Service& service) {
+        const std::uint64_t type = service.instant ? 2 : service.urgent ? 1 : 0;
+        std::uint64_t time = 0, category = 0;
+        if (!service.time.empty()) {
+            const auto two = [&](std::size_t at) {
+                return static_cast<unsigned>(digits_at(service.time, at, 2));
+            };
+            time = 1 + (two(0) * 60 + two(3)) * 60 + two(6);
+        }
+        for (const char c : service.category)
+            category = category << 8 | static_cast<unsigned char>(c);
+        return type << 56 | time << 32 | category;
     }
 };
 
@@ -57,7 +78,25 @@ struct Group {
     std::uint32_t next;  // where its next payment goes
     std::uint32_t block; // its place among the finished blocks
     std::string_view date;
+    Service service;
 };
+
+// How a payment is to be carried out by itself and by the message's defaults.
+Service service_of(const StoredPayment& payment, const Defaults& defaults) {
+    const auto own_or = [&](Field field, const OwnedText& other) {
+        return payment.has(fields(field)) ? payment[field] : other.view();
+    };
+    Service service;
+    service.instant = payment.numbers().instant;
+    service.urgent = payment.numbers().urgent;
+    if (!service.instant && !service.urgent) {
+        service.instant = defaults.instant;
+        service.urgent = defaults.urgent;
+    }
+    if (service.instant) service.time = own_or(Field::execution_time, defaults.time);
+    service.category = own_or(Field::category_purpose, defaults.category);
+    return service;
+}
 
 // The groups in the order of their first payments, found by their key.
 class Groups {
@@ -70,11 +109,12 @@ public:
         return groups_ != nullptr && slots_ != nullptr;
     }
 
-    std::uint32_t find_or_add(const BlockKey& key, std::string_view date, std::uint32_t position) {
+    std::uint32_t find_or_add(const BlockKey& key, std::string_view date, const Service& service,
+                              std::uint32_t position) {
         std::size_t slot = key.hash() >> 32 & mask_;
         for (; slots_[slot] != 0; slot = (slot + 1) & mask_)
             if (groups_[slots_[slot] - 1].key == key) return slots_[slot] - 1;
-        groups_[count_] = {key, position, 0, 0, 0, date};
+        groups_[count_] = {key, position, 0, 0, 0, date, service};
         return (slots_[slot] = ++count_) - 1;
     }
 
@@ -160,7 +200,8 @@ PaymentBlocks::~PaymentBlocks() {
     std::free(payments_);
 }
 
-const char* PaymentBlocks::group(const sepa_t& message) {
+const char* PaymentBlocks::group(const sepa_t& message, const Rulebook& rulebook,
+                                 std::string_view default_date) {
     const std::size_t total = message.payments.count();
     if (total == 0) return nullptr;
 
@@ -172,9 +213,12 @@ const char* PaymentBlocks::group(const sepa_t& message) {
     for (const StoredPayment* payment = message.payments.first(); payment != nullptr;
          payment = payment->next(), ++position) {
         const std::string_view own = (*payment)[Field::date];
-        const std::string_view date = own.data() != nullptr ? own : message.date.view();
-        const BlockKey key(date, by_sequence ? payment->numbers().sequence_type : no_sequence_type);
-        if (position == 0 || groups[current].key != key) current = groups.find_or_add(key, date, position);
+        const std::string_view date = own.data() != nullptr ? own : default_date;
+        const Service service =
+            knows_extended_keys(rulebook) ? service_of(*payment, message.defaults) : Service();
+        const BlockKey key(date, by_sequence ? payment->numbers().sequence_type : no_sequence_type, service);
+        if (position == 0 || groups[current].key != key)
+            current = groups.find_or_add(key, date, service, position);
         ++groups[current].count;
         group_of[position] = current;
     }
@@ -186,7 +230,8 @@ const char* PaymentBlocks::group(const sepa_t& message) {
         sorted[i] = i;
     std::sort(sorted.begin(), sorted.end(),
               [&](std::uint32_t a, std::uint32_t b) { return groups[a].key < groups[b].key; });
-    if (const char* error = check_order_of_dates(groups, sorted)) return error;
+    if (!is_strict(rulebook))
+        if (const char* error = check_order_of_dates(groups, sorted)) return error;
 
     blocks_ = allocate<PaymentBlock>(groups.count()).release();
     payments_ = allocate<const StoredPayment*>(total).release();
@@ -196,7 +241,8 @@ const char* PaymentBlocks::group(const sepa_t& message) {
         Group& group = groups[index];
         group.next = next;
         group.block = static_cast<std::uint32_t>(count_);
-        blocks_[count_++] = {group.date, group.key.sequence_type, 0, {payments_ + next, group.count}};
+        blocks_[count_++] = {group.date, group.key.sequence_type,        group.service, 0,
+                             0,          {payments_ + next, group.count}};
         next += group.count;
     }
     position = 0;
@@ -204,7 +250,9 @@ const char* PaymentBlocks::group(const sepa_t& message) {
          payment = payment->next(), ++position) {
         Group& group = groups[group_of[position]];
         payments_[group.next++] = payment;
-        blocks_[group.block].sum += payment->numbers().amount;
+        PaymentBlock& block = blocks_[group.block];
+        block.sum += payment->numbers().amount;
+        block.cents = add_cents(block.cents, to_cents(payment->numbers().amount));
     }
     return nullptr;
 }

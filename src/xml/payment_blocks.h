@@ -9,15 +9,26 @@
 
 namespace velmora {
 
-// Payments with the same date and, in a direct debit document, the same sequence type.
+// How the payments of a block are to be carried out.
+struct Service {
+    bool instant = false;
+    bool urgent = false;
+    std::string_view time;     // hh:mm:ss, of instant payments only
+    std::string_view category; // four letters
+};
+
+// Payments with the same date and service and, in a direct debit document, the same sequence type.
 struct PaymentBlock {
-    std::string_view date;                          // ten characters
-    SequenceType sequence_type;                     // no_sequence_type in a credit transfer document
-    double sum;                                     // added in the order of adding
+    std::string_view date;      // ten characters
+    SequenceType sequence_type; // no_sequence_type in a credit transfer document
+    Service service;
+    double sum;                                     // euros, added in the order of adding
+    std::int64_t cents;                             // the same exactly
     std::span<const StoredPayment* const> payments; // in the order of adding
 };
 
-// The blocks of a document in the order of writing: by date, then by sequence type.
+// The blocks of a document in the order of writing: by date, then by sequence type, then ordinary payments
+// before urgent and instant ones, these by their time, all by category.
 class PaymentBlocks {
 public:
     PaymentBlocks() = default;
@@ -25,9 +36,9 @@ public:
     PaymentBlocks& operator=(const PaymentBlocks&) = delete;
     ~PaymentBlocks();
 
-    // Groups the message's payments; those without a date take the message's. Null on success, otherwise
+    // Groups the message's payments; those without a date take `default_date`. Null on success, otherwise
     // what went wrong.
-    const char* group(const sepa_t& message);
+    const char* group(const sepa_t& message, const Rulebook& rulebook, std::string_view default_date);
 
     std::span<const PaymentBlock> view() const { return {blocks_, count_}; }
 

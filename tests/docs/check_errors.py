@@ -11,7 +11,7 @@ FILES = ("src/message/*.cpp", "src/xml/*.cpp", "src/statement/*.cpp", "src/base/
 LITERAL = r'"((?:[^"\\\n]|\\.)*)"'
 # A row of the table of transaction keys: its last two columns are a text and what the value is called in another one.
 KEY_ROW = re.compile(r"^    \{" + LITERAL + r",[^}]*?" + LITERAL + r",\s*" + LITERAL + r"\},$", re.MULTILINE)
-FORBIDDEN_CHARACTER = "Invalid character '%c' in %s"
+FORBIDDEN_CHARACTER = "Invalid character '%.*s' in %s"
 
 
 def texts_of_sources():
@@ -23,7 +23,7 @@ def texts_of_sources():
              if re.match(r"[A-Za-z_]+[^<>]* [^<>]*$", text) and "\\" not in text and text not in called}
     texts.discard(FORBIDDEN_CHARACTER)
     texts |= {FORBIDDEN_CHARACTER.replace("%s", name) for name in called}
-    return {re.sub(r"%\w+", "…", text) for text in texts}
+    return {re.sub(r"%(?:\.\*)?\w+", "…", text) for text in texts}
 
 
 def main():

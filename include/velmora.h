@@ -748,7 +748,10 @@ extern int (*libc_regexec)(const regex_t* pattern, const char* text, size_t coun
 /** @see libc_regcomp */
 extern void (*libc_regfree)(regex_t* pattern);
 
-/** Fills the three pointers above, unless libc_regcomp is set already. Safe in any number of threads. */
+/**
+ * Fills those of the three pointers above that are null, unless libc_regcomp is set. Safe in any number of
+ * threads.
+ */
 void libc_regex_init(void);
 
 #pragma GCC visibility pop

@@ -42,7 +42,7 @@ int sepa_bankid_method(const char* bank_code, char* method, int* iban_rule) {
         method[1] = digits[bank.method() & 0xF];
         method[2] = '\0';
     }
-    if (iban_rule != nullptr) *iban_rule = bank.iban_rule();
+    if (iban_rule != nullptr) *iban_rule = static_cast<int>(bank.iban_rule());
     return 1;
 }
 

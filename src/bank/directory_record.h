@@ -24,15 +24,11 @@ public:
 
     constexpr bool is_german() const { return record_[country_in_key + 1] == 'D'; }
 
-    // Of German banks
-    constexpr bool is_deleted() const { return (byte(header) & deleted_bit) != 0; }
-    constexpr bool has_second_version() const {
-        return is_german() && (byte(header) & second_version_bit) != 0;
-    }
-    constexpr std::uint8_t method() const { return static_cast<std::uint8_t>(byte(header + 1)); }
-    constexpr unsigned iban_rule() const {
-        return byte(header + 2) << 8 | byte(header + 3);
-    } // * 100 + version
+    // Of German banks; those of other countries have zeros and no successor.
+    constexpr bool is_deleted() const { return (header_byte(0) & deleted_bit) != 0; }
+    constexpr bool has_second_version() const { return (header_byte(0) & second_version_bit) != 0; }
+    constexpr std::uint8_t method() const { return static_cast<std::uint8_t>(header_byte(1)); }
+    constexpr unsigned iban_rule() const { return header_byte(2) << 8 | header_byte(3); } // * 100 + version
     constexpr std::string_view successor() const { return {texts(), size_of(successor_text)}; } // or empty
 
     // Name, postal code, town, country and BIC, one behind the other.

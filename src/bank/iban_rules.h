@@ -27,7 +27,6 @@ struct ConversionContext {
     char account[account_length + 1]; // filled up with zeros on the left
     char bank_code[bank_code_length + 1];
     std::uint8_t method;        // the bank's check-digit method
-    std::uint8_t deleted;       // 1: the bank code is marked for deletion
     std::int8_t account_result; // of the account check; 1 also for accounts that a rule declares valid
     std::uint8_t status;        // a ConversionStatus; set only by who knows better than a comparison
 };
@@ -36,7 +35,7 @@ struct ConversionContext {
 // a number that is no rule.
 //
 // Deliberate: a wrong check digit refuses nothing but in rules 5 and 20, and the account is not tested for
-// digits (callers rely on it).
+// digits; IBANs of accounts that banks once gave out without a valid check digit rely on it.
 int apply_iban_rule(unsigned rule, char* iban, ConversionContext& context);
 
 } // namespace velmora

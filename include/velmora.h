@@ -24,9 +24,10 @@
  * 5. Texts are zero-terminated UTF-8. Every length and limit counts bytes, not characters; but under the
  *    rulebook "DE-26.11" the limits of names, references and addresses count characters.
  * 6. Amounts are doubles in euros, dates are texts of the form yyyy-mm-dd.
- * 7. Threads. Everything may run on any number of threads at once; one handle belongs to one thread at a
- * time. Two things are shared by the process, and both are atomic: the rulebook that sepa_init() selects, for
- *    messages without one of their own, and the counter in generated message ids.
+ * 7. Threads. Every function may run on any number of threads at once, from the first call of the process on
+ *    and after a fork, too; no call takes a lock. One handle belongs to one thread at a time. Two things are
+ *    shared by the process, and both are atomic: the rulebook that sepa_init() selects, for messages without
+ *    one of their own, and the counter in generated message ids.
  */
 #ifndef VELMORA_H
 #define VELMORA_H

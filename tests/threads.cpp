@@ -29,9 +29,11 @@ std::string number(int value) {
     return std::to_string(value) + "\n";
 }
 
-std::string bank_name(int result, sepa_bank_t* bank) {
-    const std::string name = result == 1 ? bank->name : "";
-    if (result == 1) std::free(bank);
+std::string bank_name(int (*find)(const char*, sepa_bank_t**), const char* text) {
+    sepa_bank_t* bank = nullptr;
+    const int result = find(text, &bank);
+    const std::string name = bank == nullptr ? "" : bank->name;
+    std::free(bank);
     return number(result) + name;
 }
 
@@ -41,9 +43,12 @@ std::string document(std::string& id) {
     const char* payment[] = {"name",   "Max",  "iban",     "DE89370400440532013000",
                              "amount", "1.00", "addrTown", "Berlin",
                              "addrCC", "DE",   nullptr};
-    std::string text = number(sepa_setIBAN(message, "DE21200505500506356823")) +
-                       number(sepa_setBIC(message, "hasp de")) + sepa_getError(message) +
-                       number(sepa_setName(message, "Erika")) + number(sepa_add(message, payment));
+    std::string text;
+    text += number(sepa_setIBAN(message, "DE21200505500506356823"));
+    text += number(sepa_setBIC(message, "hasp de"));
+    text += sepa_getError(message);
+    text += number(sepa_setName(message, "Erika"));
+    text += number(sepa_add(message, payment));
     char* written = sepa_toXML(message);
     const std::string xml = written == nullptr ? "" : written;
     std::free(written);
@@ -70,18 +75,13 @@ std::string use_everything(int thread, std::string& id) {
     const std::function<std::string()> uses[] = {
         [] { return number(sepa_iban_check("DE89370400440532013000")); },
         [] { return number(sepa_iban_check("FR1420041010050500013M02606")); },
-        [] {
-            sepa_bank_t* bank = nullptr;
-            return bank_name(sepa_iban_getBank("DE89370400440532013000", &bank), bank);
-        },
-        [] {
-            sepa_bank_t* bank = nullptr;
-            return bank_name(sepa_bic_getBank("COBADEFF", &bank), bank);
-        },
+        [] { return bank_name(sepa_iban_getBank, "DE89370400440532013000"); },
+        [] { return bank_name(sepa_bic_getBank, "COBADEFF"); },
         [] {
             char iban[35];
             std::uint8_t status = 0;
-            return number(sepa_iban_convert("DE", "532013000", "37040044", iban, &status)) + iban;
+            const int result = sepa_iban_convert("DE", "532013000", "37040044", iban, &status);
+            return number(result) + iban;
         },
         [&id] { return document(id); },
         statement,

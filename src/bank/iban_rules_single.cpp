@@ -77,7 +77,7 @@ static int rule_5_method_76(char* iban, ConversionContext& context, const IbanRu
 int rule_5(char* iban, ConversionContext& context, const IbanRule& rule) {
     constexpr NumberRange refused = {998'000'000, 999'499'999};
     if (begins_with(context.bank_code, "50040033")) return refuse(context, no_ibans_for_bank_code);
-    // Deliberate: the first of the ten digits does not count here; the ranges are those of nine-digit accounts.
+    // Deliberate: the first of the ten digits does not count, as in the ranges that the bank publishes.
     if (refused.contains(number(context.account, P2, P10)) && is_refusing_bank_code(context.bank_code))
         return refuse(context, no_iban_for_account_range);
     if (replace_listed_bank_account(context, rule)) {

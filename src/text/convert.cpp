@@ -222,10 +222,8 @@ private:
 };
 
 // The basic set is what the oldest rulebook permits in names.
-Permitted permitted_by(std::uint32_t mode) {
-    if (mode == SEPA_TEXT_BASIC) return {CharacterSet::name, *find_rulebook("DE-2.6")};
-    settle_rulebook();
-    return {CharacterSet::name, *selected_rulebook()};
+Permitted permitted_by(std::uint32_t mode, const Rulebook& rulebook) {
+    return {CharacterSet::name, mode == SEPA_TEXT_BASIC ? *find_rulebook("DE-2.6") : rulebook};
 }
 
 } // namespace
@@ -241,9 +239,12 @@ int sepa_text_convert(const char* text, uint32_t mode, size_t limit, char* out, 
     if (text == nullptr || mode > SEPA_TEXT_BASIC) return -1;
     const std::string_view input = text;
 
-    Output output(out, size, limit, false);
+    settle_rulebook();
+    const Rulebook& rulebook = *selected_rulebook();
+
+    Output output(out, size, limit, counts_characters(rulebook));
     sepa_text_report_t done;
-    if (!Converter(input, permitted_by(mode), output).convert(done) || output.length() > INT_MAX) {
+    if (!Converter(input, permitted_by(mode, rulebook), output).convert(done) || output.length() > INT_MAX) {
         output.clear();
         return -1;
     }

@@ -28,5 +28,5 @@ function print_payment(array $payment): void
     $bic = SEPA::IBAN_getBIC($payment['iban']) ?: $payment['bic'] ?? '';
     printf("  %-10s  %4s%4s  %8s  %-22s  %s (%s)\n", $payment['date'] ?? '', $payment['seq'] ?? '',
         $payment['purp'] ?? '', $payment['amount'], $payment['iban'], $payment['name'],
-        SEPA::BIC_getBankName($bic) ?: 'bank unknown');
+        SEPA::BIC_getBankName($bic) ?: $bic);
 }

@@ -22,18 +22,35 @@ quietly() {
     fi
 }
 
+# as_root COMMAND...: by sudo for those who are not root and have it.
 as_root() {
-    if ((EUID == 0)); then "$@"; else sudo "$@"; fi
+    if ((EUID == 0)); then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "Only root can do this, and there is no sudo: $*" >&2
+        return 1
+    fi
 }
 
 # require_packages NAME...: installs what is missing; needs the network only then.
 require_packages() {
     local package missing=()
+    if ! command -v apt-get >/dev/null; then
+        echo "Not a Debian: what corresponds to ${*} must be there already"
+        return
+    fi
     for package; do
         if [[ $(dpkg-query --show --showformat '${db:Status-Status}' "$package" 2>/dev/null) != installed ]]; then
             missing+=("$package")
         fi
     done
+    if ((${#missing[@]})) && ((EUID != 0)) && ! command -v sudo >/dev/null; then
+        echo "These packages are missing. Only root can install them, and there is no sudo:" >&2
+        echo "    apt-get install ${missing[*]}" >&2
+        exit 1
+    fi
     if ((${#missing[@]})); then
         echo "Installing ${missing[*]}"
         quietly apt-update as_root apt-get update -q

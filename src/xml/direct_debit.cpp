@@ -19,7 +19,9 @@ const char* local_instrument(const sepa_t& message, const Rulebook& rulebook) {
 }
 
 bool is_amended(const Payment& p) {
-    return p.same_mandate_new_agent || p.has(fields(Field::original_mandate_reference, Field::original_iban));
+    return p.same_mandate_new_agent ||
+           p.has(fields(Field::original_mandate_reference, Field::original_iban,
+                        Field::original_creditor_name, Field::original_creditor_identifier));
 }
 
 // The name and the creditor identifier that a creditor had before.

@@ -1,5 +1,5 @@
-# `cpack` makes two Debian packages: libvelmora, the library with its development files, and php-sepa, which lets the
-# PHP that the binding was built for load the same shared object.
+# `cpack` makes three Debian packages: libvelmora, the library with its development files; velmora, the command line
+# tool; and php-sepa, which lets the PHP that the binding was built for load the same shared object.
 set(VELMORA_MAINTAINER "libvelmora maintainers <maintainers@velmora.invalid>" CACHE STRING
     "Maintainer of the Debian packages, with an address")
 
@@ -32,6 +32,20 @@ set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "A C library that writes direct debits (
 German account numbers, finds banks in a directory of its own and reads MT940
 account statements. With its header, manual and what pkg-config and CMake need.")
 install_for_package(library share/doc/libvelmora cmake/debian/copyright)
+
+if(TARGET velmora_tool)
+  list(APPEND CPACK_COMPONENTS_ALL tool)
+  set(CPACK_DEBIAN_TOOL_PACKAGE_NAME velmora)
+  set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
+  set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+  # So that libvelmora.so is found before it is installed; it is named here.
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_CURRENT_BINARY_DIR})
+  set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "libvelmora (= ${PROJECT_VERSION}-1)")
+  set(CPACK_COMPONENT_TOOL_DESCRIPTION "A command line tool that checks IBANs, writes payment files out of CSV,
+and turns account statements into tables. With its manual page and completion for
+bash, zsh and fish.")
+  install_for_package(tool share/doc/velmora cmake/debian/copyright)
+endif()
 
 if(TARGET velmora_php)
   foreach(name phpapi extension_dir vernum)

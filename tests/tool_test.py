@@ -4,6 +4,7 @@
     tool_test.py TOOL
 """
 import codecs
+import json
 import os
 import random
 import shlex
@@ -38,6 +39,38 @@ class Tables(unittest.TestCase):
                     result = run(arguments.decode(), data, cwd=DATA)
                     self.assertEqual((result.stdout.decode(), result.stderr.decode(), result.returncode),
                                      (output.decode(), errors.decode(), int(code)))
+
+
+class Rulebooks(unittest.TestCase):
+    def test_limits(self):
+        """What velmora rulebooks says of a key is what the library does."""
+        rulebooks = [row["rulebook"] for row in json.loads(run("rulebooks --output json").stdout)]
+        self.assertEqual(len(rulebooks), 11)
+        tried = 0
+        for rulebook in rulebooks:
+            keys = json.loads(run(f"rulebooks {rulebook} --output json").stdout)
+            names = [key["key"] for key in keys]
+            for command, flag, more in (("pay", "credit_transfer", ""), ("collect", "direct_debit",
+                                        "--creditor-id DE98ZZZ09999999999 --seq RCUR")):
+                for key in keys:
+                    least, dash, most = key["limit"].partition("-")
+                    if not key[flag] or not dash or not most.isdigit():
+                        continue
+                    row = {"iban": "DE89370400440532013000", "bic": "COBADEFFXXX", "amount": "1", "name": "A"}
+                    if command == "collect":
+                        row |= {"mref": "M", "mdate": "2025-01-31"}
+                    if "addrTown" in names and key["key"].startswith("addr"):
+                        row |= {"addrTown": "Bonn", "addrCC": "DE"}
+                    for length in (int(most), int(most) + 1):
+                        row[key["key"]] = "A" * length
+                        table = ",".join(row) + "\n" + ",".join(row.values()) + "\n"
+                        result = run(f"{command} --name A --iban DE02120300000000202051 --rulebook {rulebook} {more} "
+                                     "--dry-run -", table.encode())
+                        self.assertEqual(result.returncode, int(length > int(most)), (rulebook, row, result.stderr))
+                        if length > int(most):
+                            self.assertIn(f"standard input:2: {key['key']}: ".encode(), result.stderr)
+                        tried += 1
+        self.assertGreater(tried, 300)
 
 
 class Filters(unittest.TestCase):

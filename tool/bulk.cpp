@@ -25,7 +25,8 @@ class Bulk : public Worker {
 public:
     Bulk(const Options& options, const Task& task)
         : options_(options), task_(task), is_filter_(options.given(Opt::filter) || task.line_for_line),
-          by_column_(options.given(Opt::column) || options.given(Opt::columns)), progress_(options) {}
+          by_column_(task.column != nullptr || options.given(Opt::column) || options.given(Opt::columns)),
+          progress_(options) {}
 
     Exit answer_operands(std::span<char*> operands);
     Exit answer_files(std::span<char*> paths);
@@ -38,6 +39,7 @@ public:
 private:
     void answer_file(const char* path, Tally& tally);
     void check_form(Form form) const;
+    [[nodiscard]] Text wanted_columns() const;
     void begin_lines();
     void begin_table(const Row& first, Text file);
     void find_columns(const Row& header, Text file);
@@ -83,6 +85,11 @@ void Bulk::check_form(Form form) const {
     fail_usage(options_.subcommand(), "a filter answers line for line: tsv, csv, jsonl or code");
 }
 
+Text Bulk::wanted_columns() const {
+    if (task_.column != nullptr) return task_.column;
+    return options_.value(options_.given(Opt::columns) ? Opt::columns : Opt::column);
+}
+
 void Bulk::begin_lines() {
     for (const Column& column : task_.echo)
         columns_.add(column);
@@ -107,7 +114,7 @@ Column Bulk::named_apart(Column column) {
 }
 
 void Bulk::find_columns(const Row& header, Text file) {
-    Text wanted = options_.value(options_.given(Opt::columns) ? Opt::columns : Opt::column);
+    Text wanted = wanted_columns();
     for (std::size_t i = 0; i < task_.inputs; ++i) {
         const Text name = trim(take_until(wanted, ','));
         const long number = small_number(name);
@@ -130,8 +137,7 @@ void Bulk::find_columns(const Row& header, Text file) {
 }
 
 void Bulk::begin_table(const Row& first, Text file) {
-    const Text wanted = options_.value(options_.given(Opt::columns) ? Opt::columns : Opt::column);
-    Text rest = wanted;
+    Text rest = wanted_columns();
     has_names_ = small_number(trim(take_until(rest, ','))) <= 0;
     find_columns(first, file);
     if (output_.has_value()) {
@@ -186,6 +192,7 @@ void Bulk::answer_row(Tally& tally) {
     }
 
     ++tally.rows;
+    if (task_.wants != nullptr && !task_.wants(task_.context, inputs)) return;
     if (hands_through_) {
         output_->raw() << row_.raw;
         for (std::size_t i = row_.fields.size(); i < width_; ++i)
@@ -229,7 +236,10 @@ void Bulk::answer_file(const char* path, Tally& tally) {
     const File file(path);
     progress_.add_total(file.size());
     shape_ = task_.line_for_line ? Shape::lines
-                                 : wanted_shape(options_, path, by_column_ ? Shape::tsv : Shape::lines);
+                                 : wanted_shape(options_, path,
+                                                task_.column != nullptr ? Shape::csv
+                                                : by_column_            ? Shape::tsv
+                                                                        : Shape::lines);
     if (by_column_ && shape_ == Shape::lines) fail_usage(options_.subcommand(), "lines have no columns");
     if (is_filter_ && shape_ == Shape::csv && !options_.given(Opt::jobs))
         fail_usage(options_.subcommand(), "a filter reads lines or TSV; leave out --filter for CSV");
@@ -303,7 +313,8 @@ Exit Bulk::answer_files(std::span<char*> paths) {
 
 Exit run_task(const Options& options, const Task& task, std::span<char*> operands) {
     Bulk bulk(options, task);
-    bool files = options.given(Opt::input) || operands.empty() || task.line_for_line;
+    bool files =
+        options.given(Opt::input) || operands.empty() || task.line_for_line || task.column != nullptr;
     for (const Opt option : {Opt::filter, Opt::column, Opt::columns, Opt::jobs})
         files |= options.given(option);
     for (const char* operand : operands)

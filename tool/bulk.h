@@ -16,7 +16,9 @@ struct Task {
     // Writes the cells of `columns`; whether the values are good.
     bool (*answer)(void* context, const Text* inputs, Output& out);
     void* context;
-    bool line_for_line = false; // the operands are files, and each line gets one, whatever the options say
+    bool line_for_line = false;   // the operands are files, and each line gets one, whatever the options say
+    const char* column = nullptr; // the column to look at; without it the options name it
+    bool (*wants)(void* context, const Text* inputs) = nullptr; // false leaves the row out
 };
 
 Exit run_task(const Options& options, const Task& task, std::span<char*> operands);

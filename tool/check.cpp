@@ -5,6 +5,7 @@
 #include "banks.h"
 #include "bulk.h"
 #include "pending.h"
+#include "rulebook_table.h"
 
 namespace velmora::tool {
 namespace {
@@ -147,7 +148,8 @@ int Checker::explain_creditor(Text value, sepa_finding_t& finding) {
     }
     sepa_free(message_);
     message_ = sepa_new(SEPA_MSGTYPE_DDI);
-    if (message_ == nullptr) fail(Exit::memory, "out of memory");
+    if (message_ == nullptr || sepa_setRulebook(message_, default_rulebook) != 1)
+        fail(Exit::memory, "out of memory");
     if (sepa_setCreditorIdentifier(message_, Terminated(value).text) == 1) return 1;
     finding.text = sepa_getError(message_);
     const Text why = finding.text;

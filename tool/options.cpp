@@ -13,6 +13,7 @@ constexpr OptionRow table[] = {
     {Opt::output, 0, "output", "table|tsv|csv|json|jsonl|code",
      "form of the output: table on a terminal, TSV otherwise; code is the result code alone", sub::tables},
     {Opt::no_header, 0, "no-header", nullptr, "no header line; filters never write one", sub::tables},
+    {Opt::fields, 0, "fields", "NAME,...", "these columns of the answer only", sub::tables},
     {Opt::mask, 0, "mask", nullptr, "show accounts as DE89...3000", sub::tables},
     {Opt::color, 0, "color", "auto|always|never", "colours in tables; NO_COLOR turns them off, too",
      sub::tables},

@@ -35,6 +35,7 @@ enum : Subcommand {
 enum class Opt : std::uint8_t {
     output,
     no_header,
+    fields,
     mask,
     color,
     input,

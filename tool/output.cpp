@@ -48,20 +48,40 @@ Output::Output(const Options& options, Form form, std::span<const Column> column
     : form_(form), columns_(columns), escape_(options.given(Opt::escape)), mask_(options.given(Opt::mask)),
       has_header_(!options.given(Opt::no_header) && !options.given(Opt::filter)),
       color_(form == Form::table && wants_color(options)), delimiter_(form == Form::csv ? ',' : '\t') {
+    choose_columns(options);
     if (form_ == Form::table)
-        for (const Column& column : columns_)
+        for (const Column& column : shown_)
             widths_.add(has_header_ ? display_width(column.name) : 0);
 }
 
 Output::~Output() = default;
+
+void Output::choose_columns(const Options& options) {
+    if (options.given(Opt::fields)) {
+        for (std::size_t i = 0; i < columns_.size(); ++i)
+            chosen_.add(false);
+        for (Text rest = options.value(Opt::fields); !rest.empty();) {
+            const Text name = trim(take_until(rest, ','));
+            std::size_t found = 0;
+            while (found < columns_.size() && columns_[found].name != name)
+                ++found;
+            if (found == columns_.size())
+                fail_usage(options.subcommand(), "no column of the answer is called", name);
+            chosen_[found] = true;
+        }
+    }
+    for (column_ = 0; column_ < columns_.size(); ++column_)
+        if (!is_left_out()) shown_.add(columns_[column_]);
+    column_ = 0;
+}
 
 void Output::header() {
     if (began_ || form_ == Form::table) return;
     began_ = true;
     if (form_ == Form::json) buffer_ << '[';
     if (!has_header_ || (form_ != Form::tsv && form_ != Form::csv)) return;
-    for (const Column& column : columns_) {
-        if (&column != columns_.data()) buffer_ << delimiter_;
+    for (const Column& column : shown_) {
+        if (&column != shown_.data()) buffer_ << delimiter_;
         form_ == Form::csv ? append_csv(column.name) : append_tsv(column.name);
     }
     buffer_ << '\n';
@@ -70,9 +90,9 @@ void Output::header() {
 const Column& Output::begin_cell() {
     const Column& column = columns_[column_];
     if (form_ == Form::tsv || form_ == Form::csv) {
-        if (column_ > 0 || behind_raw_) buffer_ << delimiter_;
+        if (cell_ > 0 || behind_raw_) buffer_ << delimiter_;
     } else if (form_ == Form::json || form_ == Form::jsonl) {
-        if (column_ == 0) {
+        if (cell_ == 0) {
             if (form_ == Form::json) buffer_ << (rows_ > 0 ? Text(",\n ") : Text("\n "));
             buffer_ << '{';
         } else {
@@ -82,6 +102,7 @@ const Column& Output::begin_cell() {
         buffer_ << ':';
     }
     ++column_;
+    ++cell_;
     return column;
 }
 
@@ -130,6 +151,10 @@ void Output::table_cell(Text value) {
 }
 
 void Output::plain(Text value, bool is_text) {
+    if (is_left_out()) {
+        ++column_;
+        return;
+    }
     const Column& column = begin_cell();
     switch (form_) {
     case Form::tsv:
@@ -169,6 +194,10 @@ void Output::literal(Text value) {
 }
 
 void Output::null() {
+    if (is_left_out()) {
+        ++column_;
+        return;
+    }
     begin_cell();
     if (form_ == Form::json || form_ == Form::jsonl)
         buffer_ << "null";
@@ -202,7 +231,7 @@ void Output::amount(std::int64_t value) {
 }
 
 void Output::end_row() {
-    column_ = 0;
+    column_ = cell_ = 0;
     ++rows_;
     if (form_ == Form::table) {
         if (rows_ % table_rows == 0) write_table();
@@ -214,7 +243,7 @@ void Output::end_row() {
 }
 
 void Output::write_table() {
-    const std::size_t count = columns_.size();
+    const std::size_t count = shown_.size();
     // Only the first rows widen a column: what stands on the terminal already cannot move.
     if (!began_) {
         std::size_t start = 0;
@@ -232,7 +261,7 @@ void Output::write_table() {
     const auto cell = [&](std::size_t column, Text value) {
         const std::size_t width = display_width(value);
         if (column > 0) buffer_ << "  ";
-        const bool right = columns_[column].kind == Kind::number;
+        const bool right = shown_[column].kind == Kind::number;
         if (right) pad(width, widths_[column]);
         buffer_ << value;
         if (!right && column + 1 < count) pad(width, widths_[column]);
@@ -240,7 +269,7 @@ void Output::write_table() {
     if (!began_ && has_header_) {
         if (color_) buffer_ << "\033[1m";
         for (std::size_t i = 0; i < count; ++i)
-            cell(i, columns_[i].name);
+            cell(i, shown_[i].name);
         if (color_) buffer_ << "\033[0m";
         buffer_ << '\n';
     }
@@ -249,7 +278,7 @@ void Output::write_table() {
     for (std::size_t i = 0; i < cell_ends_.size(); ++i) {
         const Text value = piece(cells_.view(), start, cell_ends_[i] - start);
         const std::size_t column = i % count;
-        const bool red = color_ && columns_[column].kind == Kind::boolean && value == "false";
+        const bool red = color_ && shown_[column].kind == Kind::boolean && value == "false";
         if (red) buffer_ << "\033[31m";
         cell(column, value);
         if (red) buffer_ << "\033[0m";

@@ -55,6 +55,8 @@ public:
     void begin_behind_raw() { behind_raw_ = began_ = true; }
 
 private:
+    void choose_columns(const Options& options);
+    [[nodiscard]] bool is_left_out() { return !chosen_.empty() && !chosen_[column_]; }
     const Column& begin_cell();
     void append_tsv(Text value);
     void append_csv(Text value);
@@ -66,7 +68,9 @@ private:
     std::span<const Column> columns_;
     bool escape_, mask_, has_header_, color_, kept_ = false, behind_raw_ = false, began_ = false;
     char delimiter_;
-    std::size_t column_ = 0;
+    List<Column> shown_;
+    List<bool> chosen_;                 // of the columns; empty when all of them are
+    std::size_t column_ = 0, cell_ = 0; // of the row that is being written
     std::uint64_t rows_ = 0;
     Buffer buffer_, masked_;
     // A table waits for its first rows, which tell how wide the columns are.

@@ -70,6 +70,7 @@ void PaymentWarnings::add(const Payment& payment) {
     before = payments_.line_of(payment.value("iban"), payment.value("amount"), payment.line);
     if (before > 0) warnings_.add({payment.line, before, What::same_payment});
 
+    undated_ += date.empty();
     if (date.size() != 10) return;
     for (Date& known : dates_) {
         if (date != known.text) continue;
@@ -87,8 +88,11 @@ void PaymentWarnings::tell(Text file, const Options& options, std::uint64_t paym
     };
     char latest[11];
     day_ahead(days_ahead, latest);
-    if (options.given(Opt::date) && options.value(Opt::date) > latest)
-        tell_one("date", "the date of --date is more than 15 days ahead: banks need not take that");
+    if (options.given(Opt::date) && undated_ > 0) {
+        Date& date = dates_.add({{}, undated_});
+        const Text given = piece(options.value(Opt::date), 0, sizeof date.text - 1);
+        std::memcpy(date.text, given.data(), given.size());
+    }
     for (const Date& date : dates_) {
         if (Text(date.text) <= latest) continue;
         Buffer text;

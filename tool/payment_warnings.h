@@ -40,6 +40,7 @@ private:
     SeenTexts ids_, payments_;
     List<Warning> warnings_;
     List<Date> dates_;
+    std::uint64_t undated_ = 0;
 };
 
 } // namespace velmora::tool

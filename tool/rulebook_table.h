@@ -25,7 +25,7 @@ struct KeyRow {
     std::uint32_t group;
 };
 
-constexpr const char* default_rulebook = "DE-3.7";
+constexpr const char* default_rulebook = "DE-26.11";
 
 std::span<const RulebookRow> rulebook_table();
 std::span<const KeyRow> key_table();

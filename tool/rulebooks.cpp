@@ -15,6 +15,8 @@ constexpr RulebookRow rulebooks[] = {
     {"DE-3.1", "pain.008.001.02", "pain.001.001.03", before_3_7},
     {"DE-3.5", "pain.008.001.02", "pain.001.001.03", before_3_7},
     {"DE-3.7", "pain.008.001.08", "pain.001.001.09", always | structured_address},
+    {"DE-26.11", "pain.008.001.08", "pain.001.001.09",
+     always | address_lines | structured_address | extended},
     {"AT-6", "pain.008.001.02", "pain.001.001.03", before_3_7},
     {"NL-6", "pain.008.001.02", "pain.001.001.03", before_3_7},
 };

@@ -19,12 +19,6 @@ bool is_booked(const sepa_stmt_tx_info_t* info) {
     return info == nullptr || info->status[0] == '\0' || std::strcmp(info->status, "BOOK") == 0;
 }
 
-std::int64_t hundred_thousandths(double amount) {
-    const double scaled = amount * 100'000;
-    if (!(scaled > -9e18 && scaled < 9e18)) return 0;
-    return static_cast<std::int64_t>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
-}
-
 DayText::DayText(const std::tm& day) {
     text[0] = '\0';
     // The numbers of a date as it stands in the file; no calendar is asked.

@@ -53,8 +53,6 @@ private:
 
 // Whether a booking is one: not pending, and not only for information.
 bool is_booked(const sepa_stmt_tx_info_t* info);
-// 1/100,000 of the currency unit; `exact` is false when it was too large or too fine for that.
-std::int64_t hundred_thousandths(double amount);
 // yyyy-mm-dd, or an empty text.
 struct DayText {
     explicit DayText(const std::tm& day);

@@ -102,6 +102,12 @@ void append_amount(Buffer& out, std::int64_t amount) {
     append_decimal(out, amount, 100'000, 5);
 }
 
+std::int64_t hundred_thousandths(double amount) {
+    const double scaled = amount * 100'000;
+    if (!(scaled > -9e18 && scaled < 9e18)) return 0;
+    return static_cast<std::int64_t>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
+}
+
 void append_masked(Buffer& out, Text account) {
     const std::size_t head = account.size() >= 15 ? 4 : 0;
     const std::size_t tail = account.size() >= 15 ? 4 : account.size() >= 7 ? 3 : 0;

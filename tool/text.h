@@ -168,6 +168,8 @@ void append_grouped(Buffer& out, std::uint64_t number);
 void append_cents(Buffer& out, std::int64_t cents);
 // 1/100,000 of a currency unit, exact, with two decimals or as many more as it takes.
 void append_amount(Buffer& out, std::int64_t amount);
+// An amount in 1/100,000 of its currency unit, the nearest.
+std::int64_t hundred_thousandths(double amount);
 // An account as --mask shows it: DE89...3000.
 void append_masked(Buffer& out, Text account);
 

@@ -27,7 +27,7 @@ FILE_NAME = re.compile(r"(?:/\*|//|#)\s*([\w.-]+\.(?:c|php|sh))\b")
 NOT_RUN = {"script/test": "runs this very test", "script/bench": "takes minutes", "script/fuzz": "takes minutes"}
 
 # What a document may install on the machine. If it is there already, the document is skipped.
-PACKAGES = ("php-sepa", "libvelmora")
+PACKAGES = ("php-sepa", "velmora", "libvelmora")
 SKIPPED = 77
 
 

@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
         fprintf(stderr, "usage: credit_transfer PAYMENTS.csv DOCUMENT.xml\n");
         return 2;
     }
-    sepa_init(SEPA_INIT_RULEBOOK, "DE-3.7");
+    sepa_init(SEPA_INIT_RULEBOOK, "DE-26.11");
     sepa_t* message = sepa_new(SEPA_MSGTYPE_CTI);
     int done =
         message && set_debtor(message) && add_payments(message, argv[1]) && save_document(message, argv[2]);

@@ -10,7 +10,7 @@ if ($argc !== 3) {
     exit(2);
 }
 
-SEPA::init(SEPA_INIT_RULEBOOK, 'DE-3.7');
+SEPA::init(SEPA_INIT_RULEBOOK, 'DE-26.11');
 try {
     // The debtor's data. The date is for the payments that bring none of their own.
     $message = new SEPA(SEPA_MSGTYPE_CTI);

@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
         fprintf(stderr, "usage: direct_debit PAYMENTS.csv DOCUMENT.xml\n");
         return 2;
     }
-    sepa_init(SEPA_INIT_RULEBOOK, "DE-3.7");
+    sepa_init(SEPA_INIT_RULEBOOK, "DE-26.11");
     sepa_t* message = sepa_new(SEPA_MSGTYPE_DDI);
     int done =
         message && set_creditor(message) && add_payments(message, argv[1]) && save_document(message, argv[2]);

@@ -19,12 +19,17 @@ using Message = std::unique_ptr<sepa_t, FreeMessage>;
 
 using Pairs = std::vector<std::pair<const char*, const char*>>;
 
-inline int add(const Message& message, const Pairs& pairs) {
+inline int call_with_pairs(int (*call)(sepa_t*, const char* const*), const Message& message,
+                           const Pairs& pairs) {
     std::vector<const char*> list;
     for (const auto& [key, value] : pairs)
         list.insert(list.end(), {key, value});
     list.push_back(nullptr);
-    return sepa_add(message.get(), list.data());
+    return call(message.get(), list.data());
+}
+
+inline int add(const Message& message, const Pairs& pairs) {
+    return call_with_pairs(sepa_add, message, pairs);
 }
 
 // `pairs` with some replaced or, when their key is new, added.
@@ -102,5 +107,6 @@ inline std::vector<std::string> contents(const std::string& document, const std:
 
 constexpr const char* all_rulebooks[] = {"DE-2.6", "DE-2.7", "AT-6",   "NL-6",   "DE-2.8",
                                          "DE-2.9", "DE-3.0", "DE-3.1", "DE-3.5", "DE-3.7"};
+constexpr char strict_rulebook[] = "DE-26.11";
 
 } // namespace velmora::test

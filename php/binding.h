@@ -55,5 +55,14 @@ static inline bool has_zero_byte(const char* text, size_t length) {
     return memchr(text, 0, length) != NULL;
 }
 
+extern const char zero_byte_reason[];
+
 /* Whether the text has one; an exception is thrown then. */
 bool throw_for_zero_byte(const char* text, size_t length);
+
+/* Puts a new message into an object, in place of the one that it may have, or throws. Without a rulebook it
+ * follows the process. */
+void construct_message(bound_object* object, zend_long type, const char* rulebook);
+
+/* The message of a method's object; null and an exception when its constructor did not run. */
+sepa_t* message_or_throw(zend_execute_data* execute_data);

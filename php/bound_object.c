@@ -24,8 +24,10 @@ void throw_reason(const char* reason) {
     zend_throw_exception(sepa_ce_exception, reason, 0);
 }
 
+const char zero_byte_reason[] = "Text contains a zero byte";
+
 bool throw_for_zero_byte(const char* text, size_t length) {
     if (EXPECTED(!has_zero_byte(text, length))) return false;
-    throw_reason("Text contains a zero byte");
+    throw_reason(zero_byte_reason);
     return true;
 }

@@ -10,7 +10,9 @@
 #include <php.h>
 
 #include <Zend/zend_exceptions.h>
+#include <Zend/zend_inheritance.h>
 #include <Zend/zend_interfaces.h>
+#include <ext/spl/spl_iterators.h>
 #include <ext/standard/info.h>
 
 #undef visibility
@@ -56,6 +58,28 @@ static inline void engine_return_walk(zval* return_value, zval* object) {
     zend_create_internal_iterator_zval(return_value, object);
 #else
     ZVAL_COPY(return_value, object);
+#endif
+}
+
+/* Registers a class below another. Its methods may return something else than those of the same name above
+ * it: the engine's comparison of the two, which would warn about that, is left out. */
+static inline zend_class_entry* engine_register_below(zend_class_entry* (*register_class)(zend_class_entry*),
+                                                      zend_class_entry* parent) {
+#if PHP_VERSION_ID >= 80100
+    zend_class_entry* entry = register_class(NULL);
+    zend_do_inheritance_ex(entry, parent, true);
+    return entry;
+#else
+    return register_class(parent);
+#endif
+}
+
+/* The engine's own complaint about an only argument that a loop cannot walk. */
+static inline void engine_refuse_argument(const zval* argument) {
+#if PHP_VERSION_ID >= 80000
+    zend_argument_type_error(1, "must be of type Traversable|array, %s given", zend_zval_type_name(argument));
+#else
+    zend_type_error("Argument 1 must be iterable, %s given", zend_zval_type_name((zval*)argument));
 #endif
 }
 

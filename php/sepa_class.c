@@ -1,5 +1,5 @@
-/* The class SEPA: one object owns one payment message. */
-#include "binding.h"
+/* The class SEPA: one object owns one payment message. Its setters are SEPAMessage's, too. */
+#include "property_list.h"
 
 #include <stdlib.h>
 
@@ -31,9 +31,21 @@ static sepa_t* message_of(zend_execute_data* execute_data) {
     return this_object(execute_data)->handle;
 }
 
+sepa_t* message_or_throw(zend_execute_data* execute_data) {
+    sepa_t* message = message_of(execute_data);
+    if (!message) throw_reason(sepa_getError(NULL));
+    return message;
+}
+
 static void return_success_or_throw(sepa_t* message, int success, zval* return_value) {
     if (success) RETURN_TRUE;
     throw_reason(sepa_getError(message));
+}
+
+/* The same for a setter: as a method of SEPA it returns true, as one of SEPAMessage the object. */
+static void set_or_throw(INTERNAL_FUNCTION_PARAMETERS, sepa_t* message, int success) {
+    if (success && EX(func)->common.scope != sepa_ce) RETURN_ZVAL(getThis(), 1, 0);
+    return_success_or_throw(message, success, return_value);
 }
 
 /* The library takes 32 bits: what does not fit must not become a valid value by losing its upper half. */
@@ -41,13 +53,7 @@ static uint32_t to_uint32(zend_long number) {
     return number < 0 || number > UINT32_MAX ? UINT32_MAX : (uint32_t)number;
 }
 
-PHP_METHOD(SEPA, __construct) {
-    (void)return_value;
-    zend_long type;
-    ZEND_PARSE_PARAMETERS_START(1, 1)
-        Z_PARAM_LONG(type)
-    ZEND_PARSE_PARAMETERS_END();
-
+void construct_message(bound_object* object, zend_long type, const char* rulebook) {
     if (type != SEPA_MSGTYPE_DDI && type != SEPA_MSGTYPE_CTI) {
         zend_throw_exception(sepa_ce_exception, "invalid/unknown message type", BINDING_ERROR);
         return;
@@ -57,9 +63,23 @@ PHP_METHOD(SEPA, __construct) {
         zend_throw_exception(sepa_ce_exception, "can't create SEPA message object", BINDING_ERROR);
         return;
     }
-    bound_object* object = this_object(execute_data);
+    if (rulebook && !sepa_setRulebook(message, rulebook)) {
+        zend_throw_exception(sepa_ce_exception, sepa_getError(message), BINDING_ERROR);
+        sepa_free(message);
+        return;
+    }
     sepa_free(object->handle); /* called by hand on a finished object: it starts again, empty */
     object->handle = message;
+}
+
+PHP_METHOD(SEPA, __construct) {
+    (void)return_value;
+    zend_long type;
+    ZEND_PARSE_PARAMETERS_START(1, 1)
+        Z_PARAM_LONG(type)
+    ZEND_PARSE_PARAMETERS_END();
+
+    construct_message(this_object(execute_data), type, NULL);
 }
 
 static void set_text(INTERNAL_FUNCTION_PARAMETERS, int (*set)(sepa_t*, const char*)) {
@@ -71,7 +91,7 @@ static void set_text(INTERNAL_FUNCTION_PARAMETERS, int (*set)(sepa_t*, const cha
 
     if (throw_for_zero_byte(text, length)) return;
     sepa_t* message = message_of(execute_data);
-    return_success_or_throw(message, set(message, text), return_value);
+    set_or_throw(INTERNAL_FUNCTION_PARAM_PASSTHRU, message, set(message, text));
 }
 
 PHP_METHOD(SEPA, setIBAN) {
@@ -105,7 +125,7 @@ PHP_METHOD(SEPA, setDDType) {
     ZEND_PARSE_PARAMETERS_END();
 
     sepa_t* message = message_of(execute_data);
-    return_success_or_throw(message, sepa_setDDType(message, to_uint32(type)), return_value);
+    set_or_throw(INTERNAL_FUNCTION_PARAM_PASSTHRU, message, sepa_setDDType(message, to_uint32(type)));
 }
 
 PHP_METHOD(SEPA, setBatchBooking) {
@@ -115,66 +135,12 @@ PHP_METHOD(SEPA, setBatchBooking) {
     ZEND_PARSE_PARAMETERS_END();
 
     sepa_t* message = message_of(execute_data);
-    return_success_or_throw(message, sepa_setBatchBooking(message, batch ? 1 : 0), return_value);
+    set_or_throw(INTERNAL_FUNCTION_PARAM_PASSTHRU, message, sepa_setBatchBooking(message, batch ? 1 : 0));
 }
 
 /* ------------------------------------------------------------------------------------------------------
  * Transactions
  * --------------------------------------------------------------------------------------------------- */
-
-enum { NUMERIC_KEY_SIZE = 10 };
-
-/* An array in the form that sepa_add() takes. One allocation, beginning at pairs. */
-typedef struct {
-    const char** pairs;                     /* key, value, ..., null, null */
-    zend_string** values;                   /* what the pairs' values point into */
-    char (*numeric_keys)[NUMERIC_KEY_SIZE]; /* what the pairs' keys point into, where the array has numbers */
-    uint32_t count;
-} property_list;
-
-static void allocate_list(property_list* list, uint32_t entries) {
-    size_t pair_size = 2 * sizeof *list->pairs;
-    size_t entry_size = pair_size + sizeof *list->values + sizeof *list->numeric_keys;
-    list->pairs = safe_emalloc(entries, entry_size, pair_size);
-    list->values = (zend_string**)(list->pairs + 2 * ((size_t)entries + 1));
-    list->numeric_keys = (char(*)[NUMERIC_KEY_SIZE])(list->values + entries);
-    list->count = 0;
-}
-
-static void release_list(property_list* list) {
-    for (uint32_t i = 0; i < list->count; i++)
-        zend_string_release(list->values[i]);
-    efree(list->pairs);
-}
-
-/* Converting a value may run the script's own code (__toString(), an error handler). It cannot change the
- * array, which the call's argument holds, but a variable that the array refers to: so the list holds every
- * value itself. Returns whether the walk ended without an exception. */
-static bool fill_list(property_list* list, HashTable* properties) {
-    zend_ulong number;
-    zend_string* name;
-    zval* value;
-    ZEND_HASH_FOREACH_KEY_VAL_IND(properties, number, name, value) {
-        uint32_t i = list->count;
-        const char* key = name ? ZSTR_VAL(name) : list->numeric_keys[i];
-        if (!name) {
-            /* Deliberate: eight characters are kept of longer numbers, as the texts of refusals show them. */
-            snprintf(list->numeric_keys[i], NUMERIC_KEY_SIZE - 1, ZEND_LONG_FMT, (zend_long)number);
-        }
-        zend_string* text = zval_get_string(value);
-        list->values[i] = text;
-        list->pairs[2 * i] = key;
-        list->pairs[2 * i + 1] = ZSTR_VAL(text);
-        list->count = i + 1;
-        if (UNEXPECTED(EG(exception))) return false;
-        if (name && throw_for_zero_byte(key, ZSTR_LEN(name))) return false;
-        if (throw_for_zero_byte(ZSTR_VAL(text), ZSTR_LEN(text))) return false;
-    }
-    ZEND_HASH_FOREACH_END();
-    list->pairs[2 * list->count] = NULL;
-    list->pairs[2 * list->count + 1] = NULL;
-    return true;
-}
 
 PHP_METHOD(SEPA, add) {
     HashTable* properties;
@@ -183,8 +149,10 @@ PHP_METHOD(SEPA, add) {
     ZEND_PARSE_PARAMETERS_END();
 
     property_list list;
-    allocate_list(&list, zend_hash_num_elements(properties));
-    if (fill_list(&list, properties)) {
+    const char* reason = fill_list(&list, properties);
+    if (reason) {
+        throw_reason(reason);
+    } else if (!EG(exception)) {
         sepa_t* message = message_of(execute_data);
         return_success_or_throw(message, sepa_add(message, list.pairs), return_value);
     }

@@ -33,6 +33,97 @@ const SEPA_TEXT_KEEP = 0;
 const SEPA_TEXT_BASIC = 1;
 
 /**
+ * A payment message with a rulebook of its own: what SEPA does, with setters that return the object.
+ *
+ * @not-serializable
+ */
+class SEPAMessage extends SEPA
+{
+    /**
+     * @param int $type SEPA_MSGTYPE_DDI or SEPA_MSGTYPE_CTI
+     * @param string|null $rulebook "DE-26.11" or one of SEPA::init(); null follows SEPA::init()
+     * @throws SEPAException (code 42) also for an unknown rulebook
+     */
+    public function __construct(int $type, ?string $rulebook = null) {}
+
+    /**
+     * Selects the rulebook of this message, which then no longer follows SEPA::init().
+     *
+     * @throws SEPAException for an unknown rulebook
+     */
+    public function setRulebook(string $rulebook): static {}
+
+    /**
+     * Sets what holds for the payments that do not say otherwise, for those that were added already, too.
+     *
+     * @param string $key "instant", "time", "urgent", "category", "ultDebtor" (credit transfers), "category",
+     *                    "ultCreditor" (direct debits), "created" (yyyy-mm-ddThh:mm:ssZ, the time in the document)
+     * @param mixed $value true is "1"; null and false take the default back
+     * @throws SEPAException under rulebooks other than "DE-26.11", too
+     */
+    public function set(string $key, mixed $value): static {}
+
+    /** @implementation-alias SEPA::setIBAN */
+    public function setIBAN(string $iban): static {}
+
+    /** @implementation-alias SEPA::setBIC */
+    public function setBIC(string $bic): static {}
+
+    /** @implementation-alias SEPA::setName */
+    public function setName(string $name): static {}
+
+    /** @implementation-alias SEPA::setCreditorIdentifier */
+    public function setCreditorIdentifier(string $identifier): static {}
+
+    /** @implementation-alias SEPA::setDate */
+    public function setDate(string $date): static {}
+
+    /** @implementation-alias SEPA::setDDType */
+    public function setDDType(int $type): static {}
+
+    /** @implementation-alias SEPA::setBatchBooking */
+    public function setBatchBooking(bool $batch): static {}
+
+    /** @implementation-alias SEPA::setMessageId */
+    public function setMessageId(string $id): static {}
+
+    /**
+     * Checks a payment as add() would, without adding it. No later call behaves differently for it.
+     *
+     * @param mixed[] $payment
+     * @return string|null the reason why add() would refuse it, null when it would take it
+     */
+    public function test(array $payment): ?string {}
+
+    /**
+     * Adds payments, all of them or none: a list, a generator, a result of a query.
+     *
+     * @param mixed[]|Traversable $payments arrays as for add()
+     * @return int how many
+     * @throws SEPAException "Payment 3: Invalid IBAN checksum", with the key of the payment. The code is its position
+     *                       from 0 on, the previous exception has the reason alone. What the iterable itself throws
+     *                       comes through.
+     */
+    public function addAll(iterable $payments): int {}
+
+    /**
+     * What is in the message: the number of payments, their sum in cents, and the blocks that toXML() would write.
+     *
+     * @return array{payments: int, cents: int, blocks: int}
+     * @throws SEPAException where toXML() could not group the payments
+     */
+    public function getTotals(): array {}
+
+    /**
+     * Writes the document into a file, which appears whole or not at all.
+     *
+     * @return int bytes written
+     * @throws SEPAException as toXML() does, and when the file cannot be written
+     */
+    public function save(string $filename): int {}
+}
+
+/**
  * A reader for one account statement file: what SEPAStatementParser does, the file also from memory, the bookings one
  * at a time, and the proof that they are complete. The file is released with the object.
  *

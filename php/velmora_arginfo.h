@@ -1,5 +1,66 @@
 /* This is a generated file, edit the .stub.php file instead.
- * Stub hash: 098c727bc4e1488aed14b26bb67bc163b484bb9a */
+ * Stub hash: ceb567779700cc4005a7d03e0e34b66eeda6b5fe */
+
+ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAMessage___construct, 0, 0, 1)
+	ZEND_ARG_TYPE_INFO(0, type, IS_LONG, 0)
+	ZEND_ARG_TYPE_INFO_WITH_DEFAULT_VALUE(0, rulebook, IS_STRING, 1, "null")
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setRulebook, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, rulebook, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_set, 0, 2, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, key, IS_STRING, 0)
+	ZEND_ARG_TYPE_INFO(0, value, IS_MIXED, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setIBAN, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, iban, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setBIC, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, bic, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setName, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, name, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setCreditorIdentifier, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, identifier, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setDate, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, date, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setDDType, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, type, IS_LONG, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setBatchBooking, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, batch, _IS_BOOL, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_setMessageId, 0, 1, IS_STATIC, 0)
+	ZEND_ARG_TYPE_INFO(0, id, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_test, 0, 1, IS_STRING, 1)
+	ZEND_ARG_TYPE_INFO(0, payment, IS_ARRAY, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_addAll, 0, 1, IS_LONG, 0)
+	ZEND_ARG_OBJ_TYPE_MASK(0, payments, Traversable, MAY_BE_ARRAY, NULL)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_getTotals, 0, 0, IS_ARRAY, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAMessage_save, 0, 1, IS_LONG, 0)
+	ZEND_ARG_TYPE_INFO(0, filename, IS_STRING, 0)
+ZEND_END_ARG_INFO()
 
 ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAStatementReader_loadString, 0, 2, _IS_BOOL, 0)
 	ZEND_ARG_TYPE_INFO(0, format, IS_LONG, 0)
@@ -9,8 +70,7 @@ ZEND_END_ARG_INFO()
 ZEND_BEGIN_ARG_WITH_RETURN_OBJ_TYPE_MASK_EX(arginfo_class_SEPAStatementReader_getBookings, 0, 0, Traversable, MAY_BE_ARRAY)
 ZEND_END_ARG_INFO()
 
-ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAStatementReader_check, 0, 0, IS_ARRAY, 0)
-ZEND_END_ARG_INFO()
+#define arginfo_class_SEPAStatementReader_check arginfo_class_SEPAMessage_getTotals
 
 ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAText_convert, 0, 1, IS_STRING, 0)
 	ZEND_ARG_TYPE_INFO(0, text, IS_STRING, 0)
@@ -20,10 +80,45 @@ ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAText_convert, 0, 1, IS
 ZEND_END_ARG_INFO()
 
 
+ZEND_METHOD(SEPAMessage, __construct);
+ZEND_METHOD(SEPAMessage, setRulebook);
+ZEND_METHOD(SEPAMessage, set);
+ZEND_METHOD(SEPA, setIBAN);
+ZEND_METHOD(SEPA, setBIC);
+ZEND_METHOD(SEPA, setName);
+ZEND_METHOD(SEPA, setCreditorIdentifier);
+ZEND_METHOD(SEPA, setDate);
+ZEND_METHOD(SEPA, setDDType);
+ZEND_METHOD(SEPA, setBatchBooking);
+ZEND_METHOD(SEPA, setMessageId);
+ZEND_METHOD(SEPAMessage, test);
+ZEND_METHOD(SEPAMessage, addAll);
+ZEND_METHOD(SEPAMessage, getTotals);
+ZEND_METHOD(SEPAMessage, save);
 ZEND_METHOD(SEPAStatementReader, loadString);
 ZEND_METHOD(SEPAStatementReader, getBookings);
 ZEND_METHOD(SEPAStatementReader, check);
 ZEND_METHOD(SEPAText, convert);
+
+
+static const zend_function_entry class_SEPAMessage_methods[] = {
+	ZEND_ME(SEPAMessage, __construct, arginfo_class_SEPAMessage___construct, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAMessage, setRulebook, arginfo_class_SEPAMessage_setRulebook, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAMessage, set, arginfo_class_SEPAMessage_set, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setIBAN, setIBAN, arginfo_class_SEPAMessage_setIBAN, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setBIC, setBIC, arginfo_class_SEPAMessage_setBIC, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setName, setName, arginfo_class_SEPAMessage_setName, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setCreditorIdentifier, setCreditorIdentifier, arginfo_class_SEPAMessage_setCreditorIdentifier, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setDate, setDate, arginfo_class_SEPAMessage_setDate, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setDDType, setDDType, arginfo_class_SEPAMessage_setDDType, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setBatchBooking, setBatchBooking, arginfo_class_SEPAMessage_setBatchBooking, ZEND_ACC_PUBLIC)
+	ZEND_MALIAS(SEPA, setMessageId, setMessageId, arginfo_class_SEPAMessage_setMessageId, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAMessage, test, arginfo_class_SEPAMessage_test, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAMessage, addAll, arginfo_class_SEPAMessage_addAll, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAMessage, getTotals, arginfo_class_SEPAMessage_getTotals, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAMessage, save, arginfo_class_SEPAMessage_save, ZEND_ACC_PUBLIC)
+	ZEND_FE_END
+};
 
 
 static const zend_function_entry class_SEPAStatementReader_methods[] = {
@@ -45,6 +140,19 @@ static void register_velmora_symbols(int module_number)
 	REGISTER_LONG_CONSTANT("SEPA_STMT_FORMAT_MT940_TOLERANT", 940, CONST_PERSISTENT | CONST_CS);
 	REGISTER_LONG_CONSTANT("SEPA_TEXT_KEEP", 0, CONST_PERSISTENT | CONST_CS);
 	REGISTER_LONG_CONSTANT("SEPA_TEXT_BASIC", 1, CONST_PERSISTENT | CONST_CS);
+}
+
+static zend_class_entry *register_class_SEPAMessage(zend_class_entry *class_entry_SEPA)
+{
+	zend_class_entry ce, *class_entry;
+
+	INIT_CLASS_ENTRY(ce, "SEPAMessage", class_SEPAMessage_methods);
+	class_entry = zend_register_internal_class_ex(&ce, class_entry_SEPA);
+#if (PHP_VERSION_ID >= 80100)
+	class_entry->ce_flags |= ZEND_ACC_NOT_SERIALIZABLE;
+#endif
+
+	return class_entry;
 }
 
 static zend_class_entry *register_class_SEPAStatementReader(zend_class_entry *class_entry_SEPAStatementParser)

@@ -6,6 +6,7 @@
 
 static PHP_MINIT_FUNCTION(velmora) {
     (void)type;
+    engine_register_below(register_class_SEPAMessage, sepa_ce);
     statement_reader_init(register_class_SEPAStatementReader(sepaStP_ce));
     register_class_SEPAText();
     register_velmora_symbols(module_number);

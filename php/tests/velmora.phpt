@@ -1,5 +1,5 @@
 --TEST--
-The classes of the module velmora: the table of their calls, loops through bookings
+The classes of the module velmora: the table of their calls, loops through bookings, batches of payments
 --FILE--
 <?php
 require __DIR__ . '/shared.inc';
@@ -14,7 +14,17 @@ class Calls
             return $this->$name(...$arguments);
         }
         $static = (new ReflectionMethod($this->class, $name))->isStatic();
-        return call_user_func_array([$static ? $this->class : new $this->class, $name], $arguments);
+        $object = $static ? $this->class : $this->object ?? new $this->class;
+        $result = call_user_func_array([$object, $name], $arguments);
+        return $result === $object ? 'the object' : $result;
+    }
+    private function message(...$arguments): bool
+    {
+        return (bool) $this->object = new SEPAMessage(...$arguments);
+    }
+    private function document(string $name): string
+    {
+        return elements($this->object->toXML(), $name);
     }
     private function report(string $text, int $mode, int $limit): array
     {
@@ -63,9 +73,80 @@ foreach (['check' => [], 'getBookings' => [], 'loadString' => [1, 'x']] as $name
     show($name, function () use ($name, $arguments) { return (new Unfinished)->$name(...$arguments); });
 }
 show('clone', function () { return clone new SEPAStatementReader; });
+
+echo "\nBatches:\n";
+function transfer(string $amount): array
+{
+    return ['name' => 'Eva Muster', 'iban' => 'AT611904300234573201', 'amount' => $amount];
+}
+class Amount
+{
+    public $call;
+    public function __construct(callable $call) { $this->call = $call; }
+    public function __toString(): string { return ($this->call)(); }
+}
+$message = new SEPAMessage(SEPA_MSGTYPE_CTI, 'DE-26.11');
+function batch(string $label, $payments): void
+{
+    global $message;
+    show($label, function () use ($message, $payments) {
+        try {
+            return $message->addAll($payments);
+        } catch (SEPAException $failure) {
+            $previous = $failure->getPrevious();
+            return [$failure->getMessage(), $failure->getCode(), $previous ? $previous->getMessage() : null];
+        } finally {
+            echo $message->getTotals()['payments'], ' ';
+        }
+    });
+}
+batch('list', [transfer('1'), transfer('2')]);
+batch('nothing', []);
+batch('generator', (function () { yield 'x' => transfer('3'); yield 'x' => transfer('4'); })());
+batch('iterator', new ArrayIterator([transfer('5')]));
+batch('the last refused', [transfer('1'), 'Miete' => transfer('-2')]);
+batch('in a generator with odd keys', (function () { yield null => transfer('1'); yield [] => transfer('x'); })());
+batch('no array', [transfer('1'), 5]);
+batch('zero byte', [transfer('1'), transfer("1\0")]);
+batch('generator throws', (function () { yield transfer('1'); throw new DomainException('broken', 7); })());
+batch('text throws', [transfer('1'), ['amount' => new Amount(function () { throw new DomainException('no', 8); })]]);
+batch('nothing iterable', 5);
+$list = [transfer('6'), transfer('7')];
+$list[0]['ref'] = new Amount(function () use (&$list, $message) {
+    $list = null;
+    return (string) $message->addAll([transfer('8')]);
+});
+batch('changed on the way, and a batch within', $list);
+$list = null;
+show('constructed on the way', function () {
+    $message = new SEPAMessage(SEPA_MSGTYPE_CTI, 'DE-26.11');
+    $again = new Amount(function () use ($message) { return $message->__construct(SEPA_MSGTYPE_CTI) ?? '1'; });
+    return [$message->test(['amount' => $again] + transfer('1')), $message->addAll([transfer($again)])];
+});
+echo elements($message->setName('Verein')->setIBAN('DE89370400440532013000')->toXML(), 'InstdAmt'), "\n";
+
+echo "\nFiles:\n";
+$folder = sys_get_temp_dir() . '/velmora' . getmypid();
+mkdir($folder);
+$file = "$folder/document.xml";
+$message->set('created', '2027-01-02T03:04:05Z')->setDate('2027-01-15')->setMessageId('MSG-1');
+show('new', function () use ($message, $file) { return $message->save($file) === strlen($message->toXML()); });
+chmod($file, 0640);
+symlink($file, "$folder/link");
+show('again, by a link', function () use ($message, $folder) { return $message->save("$folder/link") > 0; });
+show('as it was', function () use ($message, $file, $folder) {
+    return [file_get_contents($file) === $message->toXML(), decoct(fileperms($file)), is_link("$folder/link")];
+});
+show('a folder', function () use ($message, $folder) { return $message->save($folder); });
+show('no such folder', function () use ($message, $folder) { return $message->save("$folder/none/file"); });
+show('a device', function () use ($message) { return $message->save('/dev/null'); });
+show('no document', function () use ($file) { return (new SEPAMessage(SEPA_MSGTYPE_CTI, 'DE-26.11'))->save($file); });
+show('nothing else', function () use ($folder) { return scandir($folder); });
+array_map('unlink', glob("$folder/*"));
+rmdir($folder);
 ?>
 --EXPECT--
-16 calls
+44 calls
 
 Bookings:
 before load() -> [[],[]]
@@ -85,3 +166,29 @@ check -> "SEPAException 0: invalid sepa_stmt_parser_t handle"
 getBookings -> "SEPAException 0: invalid sepa_stmt_parser_t handle"
 loadString -> "SEPAException 0: invalid sepa_stmt_parser_t handle"
 clone -> "Error 0: Trying to clone an uncloneable object of class SEPAStatementReader"
+
+Batches:
+list -> 2 2
+nothing -> 2 0
+generator -> 4 2
+iterator -> 5 1
+the last refused -> 5 ["Payment Miete: Negative or zero amount not allowed",1,"Negative or zero amount not allowed"]
+in a generator with odd keys -> 5 ["Payment 1: Invalid amount",1,"Invalid amount"]
+no array -> 5 ["Payment 1: Not an array",1,"Not an array"]
+zero byte -> 5 ["Payment 1: Text contains a zero byte",1,"Text contains a zero byte"]
+generator throws -> 5 "DomainException 7: broken"
+text throws -> 5 "DomainException 8: no"
+nothing iterable -> 5 "TypeError 0: SEPAMessage::addAll(): Argument #1 ($payments) must be of type Traversable|array, int given"
+changed on the way, and a batch within -> 8 2
+constructed on the way -> [null,1]
+1.00, 2.00, 3.00, 4.00, 5.00, 8.00, 6.00, 7.00
+
+Files:
+new -> true
+again, by a link -> true
+as it was -> [true,"100640",true]
+a folder -> "SEPAException 0: Can't write output file: Is a directory"
+no such folder -> "SEPAException 0: Can't write output file: No such file or directory"
+a device -> "SEPAException 0: Can't write output file: Invalid argument"
+no document -> "SEPAException 0: Missing debtor IBAN"
+nothing else -> [".","..","document.xml","link"]

@@ -96,6 +96,7 @@ class Machine:
             "CPATH": str(prefix / "include"),
             "LD_LIBRARY_PATH": str(library_dir),
             "LIBRARY_PATH": str(library_dir),
+            "PATH": f"{prefix}/bin:{self.environment['PATH']}",
             "PHP_INI_SCAN_DIR": f":{next(prefix.rglob('*sepa.ini')).parent}",
             "PKG_CONFIG_PATH": str(library_dir / "pkgconfig"),
         }
@@ -178,6 +179,7 @@ def main():
         sys.exit(SKIPPED)
     try:
         with tempfile.TemporaryDirectory() as folder:
+            os.chmod(folder, 0o755)  # servers of other users read there
             machine = Machine(Path(folder), arguments.php)
             if arguments.installed:
                 machine.install(arguments.installed)

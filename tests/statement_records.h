@@ -2,13 +2,18 @@
 // field that is set.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <charconv>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "memory_file.h"
 #include "velmora.h"
@@ -23,6 +28,50 @@ using Parser = std::unique_ptr<sepa_stmt_parser_t, FreeParser>;
 inline Parser new_parser() {
     return Parser(sepa_stmt_parser_new());
 }
+
+// ------------------------------------------------------------------------------------------------------
+// Small files and their records
+
+struct Case {
+    std::string name, file, records;
+};
+
+inline void replace_all(std::string& text, std::string_view from, std::string_view to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
+        text.replace(at, from.size(), to);
+}
+
+inline const std::filesystem::path source_dir = VELMORA_SOURCE_DIR;
+
+// The form of the cases is told in statements.txt.
+inline std::vector<Case> read_cases(const char* path, const std::string& line_end) {
+    std::ifstream in(source_dir / "tests/data/statements" / path);
+    std::vector<Case> cases;
+    bool in_file = false;
+    for (std::string line; std::getline(in, line);) {
+        if (line.starts_with("== "))
+            cases.push_back({line.substr(3), "", ""});
+        else if (in_file && line != "=>")
+            cases.back().file += line + line_end;
+        else if (!cases.empty() && !line.empty() && line != "=>")
+            cases.back().records += line + "\n";
+        in_file = line.starts_with("== ") || (in_file && line != "=>");
+    }
+    for (Case& test : cases) {
+        replace_all(test.file, "\\" + line_end, "");
+        replace_all(test.file, "\\r", "\r");
+        replace_all(test.file, "\\n", "\n");
+        replace_all(test.file, "\\0", {"\0", 1});
+        for (std::string* text : {&test.file, &test.records})
+            for (std::size_t at = 0; (at = text->find("\\x", at)) != text->npos; ++at)
+                text->replace(at, 4, 1, static_cast<char>(std::stoi(text->substr(at + 2, 2), nullptr, 16)));
+    }
+    EXPECT_FALSE(cases.empty()) << path;
+    return cases;
+}
+
+// ------------------------------------------------------------------------------------------------------
+// Records as text
 
 inline int load(const Parser& parser, std::string_view content) {
     return sepa_stmt_parser_load(parser.get(), SEPA_STMT_FORMAT_MT940, MemoryFile(content).path());

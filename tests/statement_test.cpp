@@ -25,47 +25,12 @@ namespace {
 using namespace velmora::test;
 namespace fs = std::filesystem;
 
-const fs::path source_dir = VELMORA_SOURCE_DIR;
-
 std::string error(const Parser& parser) {
     return sepa_stmt_parser_getError(parser.get());
 }
 
 // ------------------------------------------------------------------------------------------------------
 // Small files and their records
-
-struct Case {
-    std::string name, file, records;
-};
-
-void replace_all(std::string& text, std::string_view from, std::string_view to) {
-    for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
-        text.replace(at, from.size(), to);
-}
-
-// The form of the cases is told in statements.txt.
-std::vector<Case> read_cases(const char* path) {
-    std::ifstream in(source_dir / "tests/data/statements" / path);
-    std::vector<Case> cases;
-    bool in_file = false;
-    for (std::string line; std::getline(in, line);) {
-        if (line.starts_with("== "))
-            cases.push_back({line.substr(3), "", ""});
-        else if (in_file && line != "=>")
-            cases.back().file += line + "\r\n";
-        else if (!cases.empty() && !line.empty() && line != "=>")
-            cases.back().records += line + "\n";
-        in_file = line.starts_with("== ") || (in_file && line != "=>");
-    }
-    for (Case& test : cases) {
-        replace_all(test.file, "\\\r\n", "");
-        replace_all(test.file, "\\r", "\r");
-        replace_all(test.file, "\\n", "\n");
-        replace_all(test.file, "\\0", {"\0", 1});
-    }
-    EXPECT_FALSE(cases.empty()) << path;
-    return cases;
-}
 
 void expect_records(const std::string& file, const std::string& records) {
     const Parser parser = new_parser();
@@ -77,7 +42,7 @@ void expect_records(const std::string& file, const std::string& records) {
 TEST(Statement, FilesGiveTheirRecords) {
     for (const char* path :
          {"statements.txt", "balances.txt", "bookings.txt", "information.txt", "purpose.txt", "fields.txt"})
-        for (const Case& test : read_cases(path)) {
+        for (const Case& test : read_cases(path, "\r\n")) {
             SCOPED_TRACE(test.name);
             expect_records(test.file, test.records);
         }
@@ -88,7 +53,7 @@ TEST(Statement, LongFilesGiveTheirRecords) {
     Case all;
     for (int i = 0; i < 300; ++i)
         for (const char* path : {"balances.txt", "purpose.txt"})
-            for (const Case& test : read_cases(path))
+            for (const Case& test : read_cases(path, "\r\n"))
                 if (test.file.ends_with("-\r\n")) all.file += test.file, all.records += test.records;
     expect_records(all.file, all.records);
 }

@@ -5,29 +5,13 @@
 #include <cstring>
 #include <string_view>
 
-#include "statement/scan.h"
+#include "statement/keywords.h"
+#include "statement/subfields.h"
 
 namespace velmora {
 namespace {
 
-constexpr std::ptrdiff_t marker_length = 3;     // "?" and two digits
 constexpr std::size_t purpose_line_length = 27; // a full ?20 to ?29, ?60 to ?63, ?32
-constexpr std::size_t keyword_length = 5;
-
-struct Keyword {
-    char text[keyword_length + 1];
-    char* sepa_stmt_tx_t::*value;
-    bool is_amount = false;
-};
-
-constexpr Keyword keywords[] = {
-    {"EREF+", &sepa_stmt_tx_t::eref},       {"KREF+", &sepa_stmt_tx_t::kref},
-    {"MREF+", &sepa_stmt_tx_t::mref},       {"CRED+", &sepa_stmt_tx_t::cred},
-    {"DEBT+", &sepa_stmt_tx_t::debt},       {"PURP+", &sepa_stmt_tx_t::purp},
-    {"COAM+", &sepa_stmt_tx_t::coam, true}, {"OAMT+", &sepa_stmt_tx_t::oamt, true},
-    {"SVWZ+", &sepa_stmt_tx_t::svwz},       {"ABWA+", &sepa_stmt_tx_t::abwa},
-    {"ABWE+", &sepa_stmt_tx_t::abwe},
-};
 
 struct Field {
     char* begin;
@@ -48,43 +32,6 @@ Field join_lines(char* begin, char* line_end) {
     return {begin, end, *line_end == '\0' ? line_end : line_end + 2};
 }
 
-struct Subfield {
-    int number;
-    char* marker;
-};
-
-// The subfields of a field, in the order of the file and of their numbers. Built in one pass over the
-// markers.
-class Subfields {
-public:
-    Subfields(char* begin, char* end) {
-        visit_characters(begin, end, '?', [&](char* at) {
-            if (end - at >= marker_length && is_digit(at[1]) && is_digit(at[2]))
-                add({two_digits(at + 1), at});
-        });
-    }
-
-    const Subfield* begin() const { return list_; }
-    const Subfield* end() const { return list_ + count_; }
-
-private:
-    // A marker with a greater number than the last one ends its subfield; other markers belong to a content.
-    // Deliberate: where the number after a subfield's own is met again, the subfield goes on up to there and
-    // what stood between becomes content: texts with a "?21" of their own are read that way.
-    void add(const Subfield& subfield) {
-        if (count_ != 0 && subfield.number <= list_[count_ - 1].number) {
-            const auto lower = [](const Subfield& listed, int number) { return listed.number < number; };
-            const Subfield* before = std::lower_bound(begin(), end(), subfield.number - 1, lower);
-            if (before->number != subfield.number - 1) return;
-            count_ = before + 1 - begin();
-        }
-        list_[count_++] = subfield;
-    }
-
-    Subfield list_[100]; // one for each number at most
-    std::ptrdiff_t count_ = 0;
-};
-
 template <std::size_t size>
 void copy_cut(char (&field)[size], std::size_t used, std::string_view text) {
     const std::size_t length = std::min(text.size(), size - 1 - used);
@@ -99,10 +46,8 @@ void append_name(sepa_stmt_tx_t& booking, std::string_view text) {
 }
 
 const Keyword* find_keyword(std::string_view line) {
-    if (line.size() < keyword_length || line[keyword_length - 1] != '+') return nullptr;
-    for (const Keyword& keyword : keywords)
-        if (std::memcmp(keyword.text, line.data(), keyword_length - 1) == 0) return &keyword;
-    return nullptr;
+    if (line.size() < keyword_length || line[keyword_word_length] != '+') return nullptr;
+    return velmora::find_keyword(line.data());
 }
 
 // The purpose lines of one field: each starts a text or continues the one before it in place. Between the two
@@ -180,8 +125,7 @@ void read_subfield(sepa_stmt_tx_t& booking, Purpose& purpose, int number, char* 
         scan_number(content, 3, booking.extcode);
         return;
     default:
-        if ((number >= 20 && number <= 29) || (number >= 60 && number <= 63))
-            purpose.add(content, text.size());
+        if (is_purpose(number)) purpose.add(content, text.size());
     }
 }
 
@@ -193,12 +137,13 @@ char* read_information(sepa_stmt_tx_t& booking, char* begin, char* line_end) {
     scan_number(begin, 3, booking.gvc);
     if (*field.next == '\0') return field.next; // no tag follows: the field may be cut off
 
-    const Subfields subfields(field.begin, field.end);
+    constexpr int largest_number = 99;
+    const Subfields subfields(field.begin, field.end, largest_number);
     Purpose purpose(booking, field.end);
     for (const Subfield* subfield = subfields.begin(); subfield != subfields.end(); ++subfield) {
         char* const end = subfield + 1 != subfields.end() ? subfield[1].marker : field.end;
         *end = '\0';
-        read_subfield(booking, purpose, subfield->number, subfield->marker + marker_length, end);
+        read_subfield(booking, purpose, subfield->number, subfield->content(), end);
     }
     return field.next;
 }

@@ -8,6 +8,8 @@ LoadFunction* find_load_function(std::uint32_t format) {
         return load_mt940;
     case SEPA_STMT_FORMAT_CAMT:
         return load_camt;
+    case SEPA_STMT_FORMAT_MT940_TOLERANT:
+        return load_tolerant;
     default:
         return nullptr;
     }

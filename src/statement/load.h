@@ -14,5 +14,6 @@ LoadFunction* find_load_function(std::uint32_t format);
 
 LoadFunction load_mt940;
 LoadFunction load_camt;
+LoadFunction load_tolerant;
 
 } // namespace velmora

@@ -9,71 +9,24 @@ namespace {
 
 using namespace velmora::test;
 
-std::string number(double value) {
-    char digits[32];
-    return {digits, std::to_chars(digits, digits + sizeof digits, value).ptr};
-}
-
-// What stands beside the records that every format has.
-std::string describe_info(const Parser& parser, const sepa_stmt_t& statement) {
-    const sepa_stmt_info_t& info = *sepa_stmt_parser_getInfo(parser.get(), &statement);
-    EXPECT_EQ(info.kind, SEPA_STMT_FORMAT_MT940_TOLERANT);
-    Description out{info.lastPage != 0 ? "" : " notLast"};
-    out.add({{"bic", *info.bic != '\0' ? info.bic : nullptr}});
-    if (*info.currency != '\0') out.text += std::string(" currency=") + info.currency;
-    out.add({{"text", info.text}});
-    if (info.utf8 != 0) out.text += " utf8";
-    for (std::uint32_t i = 0; i < info.balanceCount; ++i)
-        out.text += std::string(" ") + info.balances[i].code + (info.balances[i].interim != 0 ? "*" : "") +
-                    "=" + number(info.balances[i].amount);
-    double difference = 0;
-    const int proved = sepa_stmt_parser_check(parser.get(), &statement, &difference);
-    if (proved == 1) out.text += " proved";
-    if (proved == 0) out.text += " off=" + number(difference);
-    return out.text.empty() ? "" : out.text + "\n";
-}
-
-std::string describe_info(const Parser& parser, const sepa_stmt_tx_t& booking, std::uint32_t entry) {
-    const sepa_stmt_tx_info_t& info = *sepa_stmt_parser_getTxInfo(parser.get(), &booking);
-    EXPECT_EQ(info.entry, entry);
-    EXPECT_EQ(info.entryAmount, booking.amount);
-    EXPECT_EQ(static_cast<double>(info.signedAmount) / 100000, booking.amount);
-    Description out;
-    const char* const name = *booking.name != '\0' ? booking.name : nullptr;
-    const bool is_cut = name != nullptr && std::strcmp(info.fullName, name) != 0;
-    out.add({{"fullName", is_cut ? info.fullName : nullptr}});
-    if (info.debit != 0) out.text += " debit";
-    if (*info.currency != '\0') out.text += std::string(" ") + info.currency;
-    if (std::strcmp(info.status, "BOOK") != 0) out.text += std::string(" ") + info.status;
-    out.add({{"returnReason", info.returnReason}, {"creditorReference", info.creditorReference}});
-    out.add({{"text", info.text}});
-    return out.text;
-}
-
-// All records of a file, or why there are none.
-std::string read(std::string_view file, std::uint32_t format = SEPA_STMT_FORMAT_MT940_TOLERANT) {
+// All records of a file, with the proofs of their sums, or why there are none.
+std::string read(std::string_view file) {
     const Parser parser = new_parser();
-    const int loaded = sepa_stmt_parser_loadMemory(parser.get(), format, file.data(), file.size());
+    const int loaded =
+        sepa_stmt_parser_loadMemory(parser.get(), SEPA_STMT_FORMAT_MT940_TOLERANT, file.data(), file.size());
+    const std::string error = sepa_stmt_parser_getError(parser.get());
+    EXPECT_EQ(loaded == 0, !error.empty());
+    Description out{error.empty() ? describe_all(parser) : error + "\n"};
     const sepa_stmt_t* statement = sepa_stmt_parser_getStatement(parser.get());
-    std::string text = sepa_stmt_parser_getError(parser.get());
-    EXPECT_EQ(loaded == 0, !text.empty());
-    if (loaded == 0) {
-        EXPECT_EQ(statement, nullptr);
-        return text + "\n";
-    }
+    EXPECT_TRUE(loaded != 0 || statement == nullptr);
     for (; statement != nullptr; statement = statement->next) {
-        std::string records = describe(*statement);
-        records.insert(records.find('\n') + 1, describe_info(parser, *statement));
-        std::size_t at = records.find("  tx");
-        std::uint32_t entry = 0;
-        for (const sepa_stmt_tx_t* tx = statement->first_tx; tx != nullptr; tx = tx->next) {
-            at = records.find('\n', at);
-            const std::string info = describe_info(parser, *tx, ++entry);
-            at = records.insert(at, info).find("  tx", at + info.size());
-        }
-        text += records;
+        double difference = 7;
+        out.text += "check";
+        out.add("result", sepa_stmt_parser_check(parser.get(), statement, &difference));
+        out.add("difference", difference);
+        out.text += "\n";
     }
-    return text;
+    return out.text;
 }
 
 TEST(Tolerant, FilesGiveTheirRecords) {
@@ -125,10 +78,12 @@ TEST(Tolerant, AmountsAreExactOrFail) {
     };
     for (const auto& test : cases) {
         const std::string file = std::string(":20:A\n:60F:C260101EUR") + test.written + "\n";
-        EXPECT_EQ(read(file), test.amount == nullptr
-                                  ? "Line 2: the amount of a balance\n"
-                                  : std::string("statement ref=\"A\" open=2026-01-01 EUR saldo=") +
-                                        test.amount + "\n currency=EUR utf8 OPBD=" + test.amount + "\n");
+        const std::string records = read(file),
+                          expected = std::string("EUR saldo=") + (test.amount != nullptr ? test.amount : "?");
+        if (test.amount == nullptr)
+            EXPECT_EQ(records, "Line 2: the amount of a balance\n");
+        else
+            EXPECT_NE((records + " ").find(expected + "\n"), std::string::npos) << records;
     }
 }
 

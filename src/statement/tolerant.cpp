@@ -218,6 +218,10 @@ bool read_statements(Reader& reader) {
 
 } // namespace
 
+bool Reader::fail(unsigned at, const char* reason) {
+    return parser.error.fail("Line %u: %s", at, reason) != 0;
+}
+
 char* join_lines(const Reader& reader, const Field& field, Join how) {
     constexpr std::ptrdiff_t full_line = 65;
     const auto is_full = [&](const char* begin, const char* end) {

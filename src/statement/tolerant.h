@@ -49,7 +49,7 @@ struct Reader {
         : parser(owner), records(owner.input->records), lines(owner.input->text) {}
 
     // All of them: false when the reading is over, with a reason in the parser.
-    bool fail(unsigned at, const char* reason) { return parser.error.fail("Line %u: %s", at, reason) != 0; }
+    bool fail(unsigned at, const char* reason);
     bool no_memory() { return parser.error.fail("Out of memory") != 0; }
 };
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <clocale>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -18,6 +19,15 @@ namespace {
 
 using namespace velmora::test;
 using json = nlohmann::ordered_json;
+
+// The tables hold in every locale. Null when there is none of the name that is asked for.
+const char* const test_locale = std::setlocale(LC_ALL, std::getenv("VELMORA_TEST_LOCALE"));
+
+// For numbers of the test's own.
+struct InCLocale {
+    locale_t outer = uselocale(newlocale(LC_ALL_MASK, "C", nullptr));
+    ~InCLocale() { uselocale(outer); }
+};
 
 std::string expand(const std::string& text) {
     std::string result;
@@ -252,16 +262,19 @@ const std::map<std::string, Call> calls = {
          char *end = nullptr, result[64];
          errno = EINTR; // is never cleared
          const double number = __sepa_strtod(text, &end);
+         const int error = errno;
+         const InCLocale numbers;
          std::snprintf(result, sizeof result, "%.15g %td%s", number, end - text,
-                       errno == ERANGE  ? " out of range"
-                       : errno != EINTR ? "?"
+                       error == ERANGE  ? " out of range"
+                       : error != EINTR ? "?"
                                         : "");
          return json(result);
      }},
     {"d2str",
      [](Caller&, const char* amount, auto&) {
          char text[64];
-         const char* const end = __sepa_d2str(text, sizeof text, std::strtod(amount, nullptr));
+         const double number = (InCLocale(), std::strtod(amount, nullptr));
+         const char* const end = __sepa_d2str(text, sizeof text, number);
          return json(std::string(text, static_cast<std::size_t>(end - text)));
      }},
 };
@@ -303,6 +316,7 @@ void make_calls(const std::string& heading, const std::vector<std::string>& rows
 class Calls : public testing::TestWithParam<const char*> {};
 
 TEST_P(Calls, GiveWhatTheTableSays) {
+    ASSERT_NE(test_locale, nullptr);
     std::ifstream file(VELMORA_SOURCE_DIR "/tests/data/calls/" + std::string(GetParam()) + ".txt");
     std::string heading, line;
     std::vector<std::string> rows;

@@ -15,17 +15,17 @@ namespace {
 
 using namespace payments;
 
-void add_payment(benchmark::State& state, std::uint32_t type) {
+void add_payment(benchmark::State& state, std::uint32_t type, const char* rulebook = default_rulebook) {
     constexpr std::size_t in_one_message = 1000;
     Payment list[in_one_message];
     for (std::size_t i = 0; i < in_one_message; ++i)
         list[i] = payment(static_cast<long>(i), 4);
-    Message message = new_message(type);
+    Message message = new_message(type, rulebook);
     std::size_t number = 0;
     for (auto _ : state) {
         if (number == in_one_message) {
             state.PauseTiming();
-            message = new_message(type);
+            message = new_message(type, rulebook);
             number = 0;
             state.ResumeTiming();
         }
@@ -37,8 +37,30 @@ void add_payment(benchmark::State& state, std::uint32_t type) {
 void add_direct_debit(benchmark::State& state) {
     add_payment(state, SEPA_MSGTYPE_DDI);
 }
+void add_direct_debit_of_2026(benchmark::State& state) {
+    add_payment(state, SEPA_MSGTYPE_DDI, "DE-26.11");
+}
 void add_credit_transfer(benchmark::State& state) {
     add_payment(state, SEPA_MSGTYPE_CTI);
+}
+
+// A whole message, from the first payment to the document: how much slower a payment gets among many.
+void message_of(benchmark::State& state) {
+    const long payments = state.range(0);
+    const auto list = std::make_unique<Payment[]>(static_cast<std::size_t>(payments));
+    for (long i = 0; i < payments; i++)
+        list[static_cast<std::size_t>(i)] = payment(i, 4);
+    for (auto _ : state) {
+        const Message message = new_message(SEPA_MSGTYPE_DDI);
+        for (long i = 0; i < payments; i++)
+            if (!add(message.get(), SEPA_MSGTYPE_DDI, list[static_cast<std::size_t>(i)]))
+                return state.SkipWithError(sepa_getError(message.get()));
+        const Text text(sepa_toXML(message.get()), &std::free);
+        if (!text) return state.SkipWithError(sepa_getError(message.get()));
+    }
+    state.counters["per_payment"] =
+        benchmark::Counter(static_cast<double>(state.iterations() * payments),
+                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 void count(benchmark::State& state, std::size_t document_size, long payments) {
@@ -181,13 +203,16 @@ void document_memory(benchmark::State& state) {
         if (!measured) return state.SkipWithError("not measured");
     }
     state.counters["records"] = records;
+    state.counters["per_payment"] = records / static_cast<double>(state.range(0));
     state.counters["text"] = text;
     state.counters["peak"] = peak;
     state.counters["peak_ratio"] = peak / (records + text);
 }
 
 WORKLOAD("add/direct_debit", add_direct_debit);
+WORKLOAD("add/direct_debit/DE-26.11", add_direct_debit_of_2026);
 WORKLOAD("add/credit_transfer", add_credit_transfer);
+WORKLOAD("message", message_of)->Arg(10'000)->Arg(100'000);
 WORKLOAD("document/direct_debits", direct_debits)->Arg(100)->Arg(10'000)->Arg(100'000);
 WORKLOAD("document/direct_debits/libxml2", direct_debits_libxml2)->Arg(10'000)->Arg(100'000);
 WORKLOAD("document/direct_debits/memcpy", direct_debits_memcpy)->Arg(10'000)->Arg(100'000);

@@ -46,8 +46,10 @@ inline int add(sepa_t* message, std::uint32_t type, const Payment& p) {
     return sepa_add(message, type == SEPA_MSGTYPE_DDI ? debit : credit);
 }
 
-inline Message new_message(std::uint32_t type) {
-    sepa_init(SEPA_INIT_RULEBOOK, "DE-3.7");
+constexpr char default_rulebook[] = "DE-3.7";
+
+inline Message new_message(std::uint32_t type, const char* rulebook = default_rulebook) {
+    sepa_init(SEPA_INIT_RULEBOOK, rulebook);
     Message message(sepa_new(type));
     sepa_setName(message.get(), "Turnverein München-Süd e.V.");
     sepa_setIBAN(message.get(), "DE16701900000376033458");

@@ -50,14 +50,16 @@ void* PaymentList::take(std::size_t size) {
     constexpr std::size_t alignment = alignof(StoredPayment);
     size = (size + alignment - 1) / alignment * alignment;
     if (left_ < size) {
-        std::size_t block_size = block_ == nullptr ? first_block : std::min(block_->size * 2, largest_block);
-        block_size = std::max(block_size, sizeof(Block) + size);
+        // A quarter of what there is, so that little of it stays unused.
+        const std::size_t usual = std::clamp(allocated_ / 4, first_block, largest_block);
+        const std::size_t block_size = std::max(usual, sizeof(Block) + size);
         auto* block = static_cast<Block*>(allocate_block(block_size));
         if (block == nullptr) return nullptr;
         *block = {block_, block_size};
         block_ = block;
         free_ = reinterpret_cast<char*>(block + 1);
         left_ = block_size - sizeof(Block);
+        allocated_ += block_size;
     }
     left_ -= size;
     return std::exchange(free_, free_ + size);

@@ -124,17 +124,16 @@ constexpr std::uint64_t lower_case(std::uint64_t word) {
 // no_key for a text that is longer than every key.
 constexpr Key make_key(const char* text) {
     Key key = no_key;
-    std::uint64_t* part = &key.head;
-    int shift = 0;
-    for (std::size_t length = 0; *text != '\0'; ++text, shift += 8) {
-        if (++length > longest_key) return no_key;
-        if (shift == 64) {
-            part = &key.tail;
-            shift = 0;
-        }
-        *part |= static_cast<std::uint64_t>(static_cast<unsigned char>(*text)) << shift;
-    }
-    return {lower_case(key.head), lower_case(key.tail)};
+    std::size_t length = 0;
+    const auto read = [&](std::uint64_t& part, std::size_t limit) {
+        for (int shift = 0; length < limit && text[length] != '\0'; ++length, shift += 8)
+            part |= static_cast<std::uint64_t>(static_cast<unsigned char>(text[length])) << shift;
+        part = lower_case(part);
+    };
+    read(key.head, sizeof key.head);
+    if (length < sizeof key.head) return key;
+    read(key.tail, longest_key);
+    return text[length] == '\0' ? key : no_key;
 }
 
 constexpr std::size_t slot_count = 256;

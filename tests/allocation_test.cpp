@@ -112,10 +112,13 @@ TEST(Allocation, LookupsTellThatThereIsNoMemory) {
     EXPECT_EQ(bank, untouched);
 }
 
-TEST(Allocation, StatementFilesAreReadWholeOrNotAtAll) {
+class StatementFormats : public testing::TestWithParam<int> {};
+
+TEST_P(StatementFormats, AreReadWholeOrNotAtAll) {
     std::string content = "X\r\n:20:A\r\n-\r\n:20:B\r\n";
     for (int i = 0; i < 1000; ++i)
-        content += ":61:230102C1,NMSCX\r\n:86:166?31DE89370400440532013000?32Eva Muster\r\n";
+        content += ":61:230102C1,NMSCX\r\n:86:166?31DE89370400440532013000?32Eva "
+                   "Muster\r\n:86:again\r\n:64:C230102EUR1,\r\n:86:x\r\n:86:y\r\n";
     const MemoryFile file(content);
     const std::string texts[] = {"invalid sepa_stmt_parser_t handle",
                                  "Error while allocating 264 bytes: Cannot allocate memory",
@@ -126,7 +129,7 @@ TEST(Allocation, StatementFilesAreReadWholeOrNotAtAll) {
         [&] {
             errno = ENOMEM;
             sepa_stmt_parser_t* parser = sepa_stmt_parser_new();
-            const int loaded = sepa_stmt_parser_load(parser, SEPA_STMT_FORMAT_MT940, file.path());
+            const int loaded = sepa_stmt_parser_load(parser, static_cast<uint32_t>(GetParam()), file.path());
             EXPECT_EQ(sepa_stmt_parser_getError(parser), n < 3 ? texts[n] : loaded ? "" : "Out of memory");
             EXPECT_EQ(sepa_stmt_parser_getStatement(parser) != nullptr, loaded == 1);
             sepa_stmt_parser_free(parser);
@@ -137,6 +140,8 @@ TEST(Allocation, StatementFilesAreReadWholeOrNotAtAll) {
     EXPECT_EQ(heap.live, live);
     EXPECT_EQ(heap.unwiped, 0);
 }
+INSTANTIATE_TEST_SUITE_P(Allocation, StatementFormats,
+                         testing::Values(SEPA_STMT_FORMAT_MT940, SEPA_STMT_FORMAT_MT940_TOLERANT));
 
 TEST(Allocation, CamtFilesAreReadWholeOrNotAtAll) {
     // In another encoding, with texts to join, parts that add up and parts that do not.

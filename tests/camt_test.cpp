@@ -218,6 +218,14 @@ TEST(Camt, TellsWhatMt940Tells) {
                         "^statement[^\n]*|amount=[^ ]*| kref=[^ ]*", "");
     };
     EXPECT_EQ(comparable(first), comparable(second));
+
+    const Parser tolerant = new_parser();
+    ASSERT_EQ(sepa_stmt_parser_loadMemory(tolerant.get(), 940, mt940.data(), mt940.size()), 1);
+    EXPECT_EQ(comparable(tolerant), comparable(second));
+    const sepa_stmt_tx_t* tx = sepa_stmt_parser_getStatement(tolerant.get())->first_tx;
+    for (const sepa_stmt_tx_t* other = sepa_stmt_parser_getStatement(second.get())->first_tx;
+         other != nullptr; other = other->next, tx = tx->next)
+        EXPECT_EQ(tx->amount, other->amount);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Format 940: the records that files give, amounts, what fails, and files of any shape.
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <random>
 
 #include "statement_records.h"
@@ -109,6 +110,25 @@ TEST(Tolerant, NothingIsDropped) {
         for (const std::string& word : words)
             EXPECT_NE(records.find(word), std::string::npos) << word << "\n" << file << "\n" << records;
     }
+}
+
+// A file of any shape takes time by its size.
+TEST(Tolerant, TakesTimeByTheSizeOfTheFile) {
+    const auto seconds = [](std::string file, const char* repeated) {
+        while (file.size() < 4'000'000)
+            file += repeated;
+        const Parser parser = new_parser();
+        const std::clock_t before = std::clock();
+        EXPECT_EQ(sepa_stmt_parser_loadMemory(parser.get(), 940, file.data(), file.size()), 1);
+        return static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
+    };
+    const std::string field = ":20:A\n:61:260101C1,N\n:86:";
+    const double usual = seconds(":20:A\n", ":61:260101C1,NTRFX\n:86:166?20SVWZ+A?21B\n") + 0.02;
+    for (const char* repeated :
+         {"-\n", " \n", "x\n", "?20?21", "?20?22", "?20SVWZ+a?21b", "?", "IBAN+ ", "+", "/NAME/", "/",
+          "\n:86:x", "\n:64:C260101EUR1,\n:86:", "\n:20:A", "@@", "\xC4", "\xC3\x84\n"})
+        EXPECT_LT(seconds(field, repeated), 6 * usual) << repeated;
+    EXPECT_LT(seconds("", ":20:A@@:61:260101C1,N@@:86:x@@"), 6 * usual);
 }
 
 } // namespace

@@ -349,6 +349,95 @@ typedef struct sepa_bank {
  */
 int sepa_iban_check(const char* iban);
 
+/** What is wrong with a text, as sepa_finding_t::code says. */
+enum {
+    SEPA_FINDING_OK = 0,        /**< valid, and checked as far as there is anything to check */
+    SEPA_FINDING_EMPTY = 1,     /**< no text, or an empty one */
+    SEPA_FINDING_COUNTRY = 2,   /**< unknown country */
+    SEPA_FINDING_TOO_SHORT = 3, /**< something is missing; its place is the text's end */
+    SEPA_FINDING_TOO_LONG = 4,  /**< its place is what is too much */
+    SEPA_FINDING_CHARACTER =
+        5,                  /**< neither letter nor digit; in the branch of a BIC not one that may be there */
+    SEPA_FINDING_CLASS = 6, /**< a letter where a digit belongs or the reverse, or a small letter */
+    SEPA_FINDING_CHECK_DIGITS =
+        7, /**< the check digits do not fit; they have no place, any digit may be wrong */
+    SEPA_FINDING_BANK_CODE = 8,   /**< not in the directory */
+    SEPA_FINDING_ACCOUNT = 9,     /**< the account's own check digit does not fit */
+    SEPA_FINDING_LOWER_CASE = 10, /**< right but for small letters: sepa_iban_normalise() helps */
+    SEPA_FINDING_SPACES = 11,     /**< right but for blanks or "IBAN" in front: sepa_iban_normalise() helps */
+    SEPA_FINDING_BIC_BANK = 12,   /**< wrong character among the first four of a BIC */
+    SEPA_FINDING_BIC_COUNTRY = 13,  /**< wrong character among the two of the country */
+    SEPA_FINDING_BIC_LOCATION = 14, /**< wrong character among the two of the location */
+    SEPA_FINDING_UNCHECKED = 15     /**< valid, but nothing could be checked beyond the form */
+};
+
+/** What an explanation found: the first fault, in the order in which the checks test. */
+typedef struct sepa_finding {
+    int32_t code;     /**< SEPA_FINDING_; values never change, new ones may come behind them */
+    int32_t position; /**< first byte of the fault in the text handed in, from 0; -1 when it has no place */
+    int32_t length;   /**< its bytes; 0 when it has no place, or when something is missing there */
+    int32_t expected; /**< the length wanted, or the check digits (2 to 98) that would fit; otherwise 0 */
+    char method[3];   /**< check-digit method, for SEPA_FINDING_ACCOUNT and a German SEPA_FINDING_UNCHECKED */
+    const char* text; /**< English, constant; of a refused IBAN what sepa_setIBAN() says */
+} sepa_finding_t;
+
+/**
+ * Explains why an IBAN is refused.
+ *
+ * Agrees with sepa_iban_check() on every text but IBANs of the seven countries that the rulebook "DE-26.11"
+ * has beyond that check: Andorra, Albania, Moldova, Montenegro, North Macedonia, Serbia and Vatican City.
+ *
+ * @param iban    any text.
+ * @param finding filled in any case; may be null.
+ * @return 1 valid (SEPA_FINDING_OK or SEPA_FINDING_UNCHECKED), -1 not.
+ */
+int sepa_iban_explain(const char* iban, sepa_finding_t* finding);
+
+/**
+ * Explains why a BIC is refused. Agrees with sepa_setBIC(): lower case is accepted, and a BIC need not be in
+ * the directory; one that is not there is SEPA_FINDING_UNCHECKED.
+ *
+ * @param bic     any text.
+ * @param finding filled in any case; may be null.
+ * @return 1 valid, -1 not.
+ */
+int sepa_bic_explain(const char* bic, sepa_finding_t* finding);
+
+/**
+ * Explains what is wrong with a German account: its characters, its length, the bank code, the check digit by
+ * the bank's method.
+ *
+ * @param account   1 to 10 digits; leading zeros may be left out. The finding's position counts in it.
+ * @param bank_code 8 digits. When they are at fault the position is -1.
+ * @param finding   filled in any case; may be null.
+ * @return 1 valid, -1 not.
+ */
+int sepa_account_explain(const char* account, const char* bank_code, sepa_finding_t* finding);
+
+/**
+ * Brings a typed IBAN into its compact form: blanks (ASCII ones and spaces that do not break) and "IBAN" or
+ * "IBAN:" in front are left out, letters converted to upper case. Nothing is checked.
+ *
+ * @param text any text.
+ * @param iban where the IBAN is stored; may be `text` itself.
+ * @param size bytes in iban; 35 hold every IBAN.
+ * @return 1, or -1 for null or when the IBAN does not fit; iban is then empty.
+ */
+int sepa_iban_normalise(const char* text, char* iban, size_t size);
+
+/**
+ * Finds what could be meant by a German IBAN with a typing error: valid IBANs that differ by two neighbours
+ * swapped, then those that differ by one digit. Show them as what could be meant and never take one unasked:
+ * with two errors all of them are wrong.
+ *
+ * @param iban       a German IBAN that sepa_iban_check() refuses, of the right length and of digits; blanks
+ * and lower case are allowed.
+ * @param candidates where the candidates are stored, one blank between them; empty when there are none.
+ * @param size       bytes in candidates; 69 hold three. A smaller place gets as many as fit.
+ * @return the number of candidates stored, 0 to 3; 0 for valid IBANs, those of other countries and null.
+ */
+int sepa_iban_suggest(const char* iban, char* candidates, size_t size);
+
 /**
  * Finds the bank behind an Austrian, German, Liechtenstein or Swiss IBAN.
  *
@@ -373,6 +462,22 @@ int sepa_iban_getBank(const char* iban, sepa_bank_t** bank);
  */
 int sepa_iban_convert(const char* country, const char* account, const char* bank_code, char* iban,
                       uint8_t* status);
+
+/**
+ * Like sepa_iban_convert(), and tells what the check of the account gave once the bank's rule had its say.
+ * Most rules build IBANs for accounts whose check digit is wrong: ask the customer again then.
+ *
+ * @param country        as there.
+ * @param account        as there.
+ * @param bank_code      as there.
+ * @param iban           as there.
+ * @param status         as there, or null.
+ * @param account_result 1 valid, 0 not checkable, -1 invalid, 2 as sepa_account_check() says, or null. It
+ *                       stands there without an IBAN, too, once the bank is found; 0 before.
+ * @return as there.
+ */
+int sepa_iban_convert2(const char* country, const char* account, const char* bank_code, char* iban,
+                       int* status, int* account_result);
 
 /**
  * Finds the BIC for an Austrian, German, Liechtenstein or Swiss IBAN. The check digits are not tested.

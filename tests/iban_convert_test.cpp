@@ -10,6 +10,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "bank/iban_check.h"
 #include "velmora.h"
@@ -45,10 +46,16 @@ std::string convert(const char* country, const char* account, const char* bank_c
                     BankLookup* lookup = find_bank) {
     char buffer[40];
     std::memset(buffer, '#', sizeof buffer);
-    std::uint8_t status = 99;
-    const int result = lookup == find_german_bank
-                           ? sepa_iban_convert(country, account, bank_code, buffer, &status)
-                           : convert_account(country, account, bank_code, buffer, &status, lookup);
+    const Conversion conversion = convert_account(country, account, bank_code, buffer, lookup);
+    const int result = conversion.result, status = conversion.status;
+    if (lookup == find_german_bank) {
+        std::uint8_t small_status = 99;
+        int status2 = 99, account_result = 99;
+        EXPECT_EQ(sepa_iban_convert(country, account, bank_code, buffer, &small_status), result);
+        EXPECT_EQ(sepa_iban_convert2(country, account, bank_code, buffer, &status2, &account_result), result);
+        EXPECT_EQ(std::tuple(small_status, status2, account_result),
+                  std::tuple(status, status, conversion.account_result));
+    }
     const std::string iban = buffer;
     EXPECT_EQ(iban.size(), result == 1 ? 22u : 0u);
     EXPECT_EQ(std::string(buffer, sizeof buffer), iban + std::string(35 - iban.size(), '\0') + "#####");
@@ -194,6 +201,39 @@ TEST(IbanConvert, EveryBankOfTheDirectory) {
     }
     EXPECT_EQ(seen, (std::set<std::string>{"1 0", "1 1", "1 13", "1 15", "-1 0", "-1 12", "-1 50"}));
     EXPECT_EQ(convert("DE", "12-345", "10010010"), "-1 0 -");
+}
+
+// What the check of the account gives once the rules had their say that replace accounts or declare them
+// valid.
+TEST(IbanConvert, ResultOfTheAccountCheck) {
+    const struct {
+        unsigned rule;
+        std::uint8_t method;
+        const char *bank_code, *account;
+        int account_result;
+    } cases[] = {
+        {0, 0x00, "12345678", "0009290701", 1},  {0, 0x00, "12345678", "0000000136", -1},
+        {0, 0x09, "12345678", "0000000136", 0},  {0, 0x76, "12345678", "0006543200", 1},
+        {4, 0x00, "12345678", "0000000135", -1}, {5, 0x00, "10040000", "0000007878", 1},
+        {5, 0x00, "10080000", "0000001987", -1}, {10, 0x00, "50050201", "0000002000", 1},
+        {11, 0x00, "12345678", "0000001000", 1}, {20, 0x00, "50070010", "0000009999", -1},
+        {26, 0x00, "12345678", "0000055111", 1}, {26, 0x00, "12345678", "0000003333", -1},
+        {27, 0x00, "12345678", "0000003333", 1}, {30, 0x00, "12345678", "0001718190", 1},
+        {43, 0xA9, "60651070", "0000000868", 1}, {44, 0x00, "12345678", "0000000202", 0},
+        {49, 0x44, "30060010", "0001991182", 0}, {51, 0x00, "12345678", "0000000333", 0},
+        {54, 0x00, "12345678", "0000760440", 1}, {54, 0x00, "12345678", "0000000500", 0},
+        {56, 0x00, "12345678", "0000000036", 1}, {1, 0x00, "12345678", "0009290701", 1},
+    };
+    for (const auto& c : cases) {
+        own_banks = {{c.bank_code, {c.rule * 100, c.method, ""}}};
+        EXPECT_EQ(convert_account("DE", c.account, c.bank_code, nullptr, find_bank).account_result,
+                  c.account_result)
+            << c.rule << " " << c.account;
+    }
+    int account_result = 99;
+    EXPECT_EQ(sepa_iban_convert2("DE", "1", "99999999", nullptr, nullptr, &account_result), -3);
+    EXPECT_EQ(account_result, 0);
+    EXPECT_EQ(sepa_iban_convert2(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), -1);
 }
 
 // The BIC, or the result when it is not 1. Exactly twelve bytes may change.

@@ -20,9 +20,14 @@ bool is_bic(const char* text) {
     if (text == nullptr) return false;
     const std::size_t length = strnlen(text, bic_length + 1);
     if (length != bic_pattern.shortest && length != bic_pattern.longest) return false;
-    for (std::size_t i = 0; i < length; ++i)
-        if ((bic_pattern.places[i] & place_set(text[i])) == 0) return false;
-    return true;
+    return find_wrong_bic_character(text) == length;
+}
+
+std::size_t find_wrong_bic_character(const char* text) {
+    std::size_t i = 0;
+    while (text[i] != '\0' && (bic_pattern.places[i] & place_set(text[i])) != 0)
+        ++i;
+    return i;
 }
 
 const char* upper_case_bic(const char* text, char* buffer) {

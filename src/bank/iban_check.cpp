@@ -6,6 +6,7 @@
 #include "bank/regex.h"
 #include "base/mod97.h"
 #include "base/words.h"
+#include "checkdigit/arithmetic.h"
 #include "velmora.h"
 
 namespace velmora {
@@ -61,22 +62,35 @@ unsigned remainder_of(const char* iban, std::size_t length, std::uint64_t digits
     return static_cast<unsigned>(remainder % 97);
 }
 
-int refuse(const char** error, const char* text) {
-    if (error != nullptr) *error = text;
-    return 0;
+// The bank code and the account number inside a German IBAN.
+IbanFault examine_german_account(const char* iban, IbanExamination& result) {
+    char bank_code[bank_code_length + 1] = {};
+    char account[account_length + 1] = {};
+    std::memcpy(bank_code, iban + country_and_check_digits, bank_code_length);
+    std::memcpy(account, iban + country_and_check_digits + bank_code_length, account_length);
+    const BankRecord bank = find_german_bank({bank_code, bank_code_length});
+    if (!bank) return IbanFault::bank_code;
+    result.method = bank.method();
+    result.account_check = static_cast<std::int8_t>(sepa_account_check2(account, bank_code, result.method));
+    return result.account_check == account_invalid ? IbanFault::account : IbanFault::none;
 }
 
-// The bank code and the account number inside a German IBAN.
-int validate_german_account(const char* iban, const char** error) {
-    char bank_code[8 + 1] = {};
-    char account[10 + 1] = {};
-    std::memcpy(bank_code, iban + 4, 8);
-    std::memcpy(account, iban + 12, 10);
-    const BankRecord bank = find_german_bank({bank_code, 8});
-    if (!bank) return refuse(error, "Invalid bank ID (BLZ) in IBAN");
-    if (sepa_account_check2(account, bank_code, bank.method()) == -1)
-        return refuse(error, "Invalid account number in IBAN");
-    return 1;
+IbanFault examine(const char* iban, Countries countries, IbanExamination& result) {
+    if (iban == nullptr) return IbanFault::missing;
+    bind_libc_regex();
+    const IbanCountry* country = result.country = find_iban_country(iban, countries);
+    if (country == nullptr) return IbanFault::country;
+    const std::size_t length = country->length;
+    if (strnlen(iban, length + 1) != length) return IbanFault::length;
+
+    const Places places = places_of(iban, length);
+    const std::uint64_t fitting = (places.digits & country->digits) | (places.letters & country->letters);
+    result.misfits = fitting ^ (country->digits | country->letters);
+    if (result.misfits != 0) return IbanFault::format;
+    const unsigned remainder = remainder_of(iban, length, places.digits);
+    result.remainder = static_cast<std::uint8_t>(remainder);
+    if (remainder != 1) return IbanFault::check_digits;
+    return iban[0] == 'D' && iban[1] == 'E' ? examine_german_account(iban, result) : IbanFault::none;
 }
 
 } // namespace
@@ -86,19 +100,40 @@ int iban_mod97(const char* iban, std::size_t length) {
     return mod97_rotated({iban, length}, body, Letters::any_case);
 }
 
-int iban_validate(const char* iban, const char** error, Countries countries) {
-    if (iban == nullptr) return refuse(error, "Invalid IBAN (NULL)");
-    bind_libc_regex();
-    const IbanCountry* country = find_iban_country(iban, countries);
-    if (country == nullptr) return refuse(error, "Invalid or unknown IBAN country code");
-    const std::size_t length = country->length;
-    if (strnlen(iban, length + 1) != length) return refuse(error, "Wrong IBAN length");
+IbanExamination examine_iban(const char* iban, Countries countries) {
+    IbanExamination result = {};
+    result.fault = examine(iban, countries, result);
+    return result;
+}
 
-    const Places places = places_of(iban, length);
-    const std::uint64_t fitting = (places.digits & country->digits) | (places.letters & country->letters);
-    if (fitting != (country->digits | country->letters)) return refuse(error, "Invalid IBAN format");
-    if (remainder_of(iban, length, places.digits) != 1) return refuse(error, "Invalid IBAN checksum");
-    return iban[0] == 'D' && iban[1] == 'E' ? validate_german_account(iban, error) : 1;
+const char* text_of(IbanFault fault) {
+    switch (fault) {
+    case IbanFault::none:
+        break;
+    case IbanFault::missing:
+        return "Invalid IBAN (NULL)";
+    case IbanFault::country:
+        return "Invalid or unknown IBAN country code";
+    case IbanFault::length:
+        return "Wrong IBAN length";
+    case IbanFault::format:
+        return "Invalid IBAN format";
+    case IbanFault::check_digits:
+        return "Invalid IBAN checksum";
+    case IbanFault::bank_code:
+        return "Invalid bank ID (BLZ) in IBAN";
+    case IbanFault::account:
+        return "Invalid account number in IBAN";
+    }
+    return "";
+}
+
+int iban_validate(const char* iban, const char** error, Countries countries) {
+    IbanExamination examination = {};
+    const IbanFault fault = examine(iban, countries, examination);
+    if (fault == IbanFault::none) return 1;
+    if (error != nullptr) *error = text_of(fault);
+    return 0;
 }
 
 } // namespace velmora

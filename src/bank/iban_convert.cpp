@@ -44,16 +44,18 @@ bool write_check_digits(char* iban) {
 
 } // namespace
 
-int convert_account(const char* country, const char* account, const char* bank_code, char* iban,
-                    std::uint8_t* status, BankLookup* find_bank) {
+Conversion convert_account(const char* country, const char* account, const char* bank_code, char* iban,
+                           BankLookup* find_bank) {
+    const auto refused = [](int result) {
+        return Conversion{result, converted_as_given, account_not_checkable};
+    };
     if (iban != nullptr) std::memset(iban, 0, iban_buffer_size);
-    if (status != nullptr) *status = converted_as_given;
-    if (country == nullptr) return -1;
-    if (std::strcmp(country, "DE") != 0) return 0;
-    if (account == nullptr || bank_code == nullptr) return -1;
+    if (country == nullptr) return refused(-1);
+    if (std::strcmp(country, "DE") != 0) return refused(0);
+    if (account == nullptr || bank_code == nullptr) return refused(-1);
     const std::size_t length = strnlen(account, account_length + 1);
-    if (strnlen(bank_code, bank_code_length + 1) != bank_code_length) return -1;
-    if (length == 0 || length > account_length) return -1;
+    if (strnlen(bank_code, bank_code_length + 1) != bank_code_length) return refused(-1);
+    if (length == 0 || length > account_length) return refused(-1);
 
     ConversionContext given = {};
     std::memset(given.account, '0', account_length - length);
@@ -62,24 +64,34 @@ int convert_account(const char* country, const char* account, const char* bank_c
 
     ConversionContext context = given;
     char built[iban_buffer_size] = {};
-    const int result = build_iban(context, built, find_bank);
-    if (status != nullptr) {
-        if (context.status != converted_as_given)
-            *status = context.status;
-        else if (std::memcmp(context.account, given.account, account_length) != 0)
-            *status = account_replaced;
+    int result = build_iban(context, built, find_bank);
+    ConversionStatus status = context.status;
+    if (status == converted_as_given) {
+        if (std::memcmp(context.account, given.account, account_length) != 0)
+            status = account_replaced;
         else if (std::memcmp(context.bank_code, given.bank_code, bank_code_length) != 0)
-            *status = bank_code_replaced;
+            status = bank_code_replaced;
     }
-    if (result != 1) return result;
-    if (!write_check_digits(built)) return -1;
-    if (iban != nullptr) std::memcpy(iban, built, iban_buffer_size);
-    return 1;
+    if (result == 1 && !write_check_digits(built)) result = -1;
+    if (result == 1 && iban != nullptr) std::memcpy(iban, built, iban_buffer_size);
+    return {result, status, context.account_result};
 }
 
 } // namespace velmora
 
+using namespace velmora;
+
 int sepa_iban_convert(const char* country, const char* account, const char* bank_code, char* iban,
                       uint8_t* status) {
-    return velmora::convert_account(country, account, bank_code, iban, status, velmora::find_german_bank);
+    const Conversion conversion = convert_account(country, account, bank_code, iban, find_german_bank);
+    if (status != nullptr) *status = conversion.status;
+    return conversion.result;
+}
+
+int sepa_iban_convert2(const char* country, const char* account, const char* bank_code, char* iban,
+                       int* status, int* account_result) {
+    const Conversion conversion = convert_account(country, account, bank_code, iban, find_german_bank);
+    if (status != nullptr) *status = conversion.status;
+    if (account_result != nullptr) *account_result = conversion.account_result;
+    return conversion.result;
 }

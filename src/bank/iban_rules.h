@@ -28,7 +28,7 @@ struct ConversionContext {
     char bank_code[bank_code_length + 1];
     std::uint8_t method;        // the bank's check-digit method
     std::int8_t account_result; // of the account check; 1 also for accounts that a rule declares valid
-    std::uint8_t status;        // a ConversionStatus; set only by who knows better than a comparison
+    ConversionStatus status;    // set only by who knows better than a comparison
 };
 
 // Runs a rule: 1 when the IBAN is written, its check digits still "00"; -1 when the account gets none; 0 for

@@ -19,7 +19,7 @@ Field& field(Reading& reading, const Node& node) {
     return *reinterpret_cast<Field*>(reinterpret_cast<char*>(&reading.fields) + node.offset);
 }
 
-// The text of an element that ends; an element with others inside has an empty one.
+// The text of an element that ends, zero-terminated; one with elements inside has an empty one.
 struct Value {
     char* begin;
     std::size_t length;
@@ -28,16 +28,18 @@ struct Value {
     bool is(std::string_view text) const { return view() == text; }
 };
 
-Value trimmed(Value value) {
-    while (value.length != 0 && is_space(*value.begin))
-        ++value.begin, --value.length;
-    while (value.length != 0 && is_space(value.begin[value.length - 1]))
-        --value.length;
-    return value;
+Value text_of(const XmlReader& xml) {
+    return {xml.text(), xml.text_length()};
 }
 
-Value trimmed_text(const XmlReader& xml) {
-    return xml.text() == nullptr ? Value{nullptr, 0} : trimmed({xml.text(), xml.text_length()});
+Value trimmed_text(XmlReader& xml) {
+    xml.trim_text();
+    return text_of(xml);
+}
+
+Value unspaced_text(XmlReader& xml) {
+    xml.unspace_text();
+    return text_of(xml);
 }
 
 // ------------------------------------------------------------------------------------------------------
@@ -45,17 +47,6 @@ Value trimmed_text(const XmlReader& xml) {
 
 void keep(char*& place, const Value& value) {
     if (place == nullptr && value.length != 0) place = value.begin;
-}
-
-// A white space inside is a line end, or what somebody found easier to read.
-void keep_unspaced(Reading& reading, char*& place, Value value) {
-    if (place != nullptr || value.length == 0) return;
-    reading.xml.line();
-    char* end = value.begin;
-    for (const char c : value.view())
-        if (!is_space(c)) *end++ = c;
-    *end = '\0';
-    place = value.begin;
 }
 
 // Cuts to the field, whole characters only.
@@ -95,7 +86,6 @@ bool keep_date(Reading& reading, struct tm& place, const Value& value) {
 bool keep_amount(Reading& reading, Amount& place, Value value) {
     if (value.length != 0 && *value.begin == '+') ++value.begin, --value.length;
     if (value.length == 0) return refuse(reading, "not an amount");
-    value.begin[value.length] = '\0';
     const Decimal decimal = scan_decimal(value.begin);
     if (decimal.empty || decimal.end != value.begin + value.length) return refuse(reading, "not an amount");
     if (place.is_given()) return true;
@@ -218,22 +208,20 @@ bool begin_element(Reading& reading, const Node& node) {
 }
 
 bool end_element(Reading& reading, const Node& node) {
-    const XmlReader& xml = reading.xml;
+    XmlReader& xml = reading.xml;
     switch (node.action) {
     case Action::keep_text:
-        if (xml.text() != nullptr) keep(field<char*>(reading, node), {xml.text(), xml.text_length()});
+        keep(field<char*>(reading, node), text_of(xml));
         return true;
     case Action::keep_trimmed:
-    case Action::keep_deep: {
-        const Value value = trimmed_text(xml);
-        if (value.length == 0) return true;
-        value.begin[value.length] = '\0';
-        if (node.action == Action::keep_deep) field<char*>(reading, node) = nullptr;
-        keep(field<char*>(reading, node), value);
+        keep(field<char*>(reading, node), trimmed_text(xml));
         return true;
-    }
+    case Action::keep_deep:
+        if (const Value value = trimmed_text(xml); value.length != 0)
+            field<char*>(reading, node) = value.begin;
+        return true;
     case Action::keep_unspaced:
-        keep_unspaced(reading, field<char*>(reading, node), trimmed_text(xml));
+        keep(field<char*>(reading, node), unspaced_text(xml));
         return true;
     case Action::keep_code:
         keep_short(&field<char>(reading, node), sizeof Codes::domain, trimmed_text(xml));

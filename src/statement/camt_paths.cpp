@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "statement/camt_fields.h"
+#include "xml/characters.h"
 
 namespace velmora::camt {
 namespace {
@@ -151,7 +152,7 @@ struct Branch {
     NodeNumber parent;
     NodeNumber child;
     std::uint8_t length;
-    char name[max_name];
+    char name[max_name + 8]; // as much as a comparison may read
 };
 
 constexpr unsigned hash(NodeNumber parent, const char* name, std::size_t length) {
@@ -263,7 +264,15 @@ static_assert(sizeof(Fields) < 0xFFFF);
 } // namespace
 
 NodeNumber find_child(NodeNumber parent, std::string_view name) {
-    return name.empty() ? no_node : graph.find(parent, name.data(), name.size());
+    if (name.empty()) return no_node;
+    for (unsigned at = hash(parent, name.data(), name.size()); graph.table[at] != 0;
+         at = (at + 1) % table_size) {
+        const Branch& branch = graph.branches[graph.table[at] - 1];
+        if (branch.parent == parent && branch.length == name.size() &&
+            is_same(branch.name, name.data(), name.size()))
+            return branch.child;
+    }
+    return no_node;
 }
 
 const Node& get_node(NodeNumber number) {

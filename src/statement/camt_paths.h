@@ -45,7 +45,7 @@ using NodeNumber = std::uint16_t;
 constexpr NodeNumber outside = 0; // of any message
 constexpr NodeNumber no_node = 0xFFFF;
 
-// The element of this name inside another one, or no_node.
+// The element of this name inside another one, or no_node. The name is a piece of a document.
 NodeNumber find_child(NodeNumber parent, std::string_view name);
 const Node& get_node(NodeNumber number);
 

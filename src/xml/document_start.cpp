@@ -47,16 +47,6 @@ bool read_part(char*& at, std::string_view name, std::string_view& value) {
     return true;
 }
 
-// Whether 64 bytes are ASCII that XML permits; in a form that compilers make vector code of.
-bool is_plain_block(const char* block) {
-    bool plain = true;
-    for (int i = 0; i < 64; ++i) {
-        const auto byte = static_cast<signed char>(block[i]); // negative beyond ASCII
-        plain &= (byte >= 0x20) | (byte == '\t') | (byte == '\n') | (byte == '\r');
-    }
-    return plain;
-}
-
 // A conversion to UTF-8.
 class Converter {
 public:
@@ -92,7 +82,7 @@ private:
 } // namespace
 
 bool XmlReader::open(FileText& document) {
-    counted_ = at_ = document.data();
+    begin_ = at_ = document.data();
     std::size_t size = document.size();
     if (size > max_size) return refuse_at(at_, "a document of more than 2 GiB");
 
@@ -154,7 +144,7 @@ bool XmlReader::decode(FileText& document, std::size_t& size, const char* encodi
     if (error != 0) return error_.fail("Invalid text (%s)", encoding) == 1;
     size = out.view().size();
     document = out.release();
-    counted_ = at_ = document.data();
+    begin_ = at_ = document.data();
     return true;
 }
 
@@ -162,18 +152,18 @@ bool XmlReader::decode(FileText& document, std::size_t& size, const char* encodi
 bool XmlReader::check_characters(const char* end) {
     end_ = end;
     for (const char* p = at_; p != end;) {
-        if (end - p >= 64 && is_plain_block(p)) {
-            p += 64;
+        const std::uint64_t eight = load_eight(p);
+        if (end - p >= 8 && ((eight & high_bits) | bytes_below(eight, 0x20)) == 0) {
+            p += 8;
             continue;
         }
-        for (const char* const block_end = end - p >= 64 ? p + 64 : end; p < block_end;) {
+        for (const char* const behind = end - p >= 8 ? p + 8 : end; p < behind;) {
             const char* const character = p;
             const char32_t value = next_character(p, end);
             if (value != no_character && is_xml_character(value)) continue;
-            count_lines(character);
-            if (value != no_character)
-                return error_.fail("XML error at line %u: %s", line_, "a character that XML forbids") == 1;
-            return error_.fail("Invalid UTF-8 at line %u", line_) == 1;
+            const unsigned line = line_at(character);
+            if (value == no_character) return error_.fail("Invalid UTF-8 at line %u", line) == 1;
+            return error_.fail("XML error at line %u: %s", line, "a character that XML forbids") == 1;
         }
     }
     return true;

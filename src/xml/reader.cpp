@@ -10,7 +10,7 @@
 namespace velmora {
 namespace {
 
-enum ByteClass : std::uint8_t { name_byte = 1, blank = 2, text_stop = 4, value_stop = 8 };
+enum ByteClass : std::uint8_t { name_byte = 1, blank = 2, value_stop = 4 };
 
 struct ByteClasses {
     std::uint8_t of[256] = {};
@@ -20,9 +20,8 @@ struct ByteClasses {
             if (is_letter_or_digit(static_cast<char>(c))) of[c] = name_byte;
         mark("-._", name_byte);
         mark(" \t\r\n", blank);
-        mark("<&\r]", text_stop);
         mark("<&\"'", value_stop);
-        of[0] |= text_stop | value_stop;
+        of[0] |= value_stop;
     }
     constexpr void mark(std::string_view bytes, ByteClass kind) {
         for (const char c : bytes)
@@ -127,7 +126,7 @@ XmlReader::Event XmlReader::read_start_tag() {
 XmlReader::Event XmlReader::read_end_tag() {
     const OpenElement& open = open_[depth_ - 1];
     char* at = at_ + 2;
-    if (std::strncmp(at, open.name, open.length) != 0) return refuse("an end tag without its start tag");
+    if (!is_same(at, open.name, open.length)) return refuse("an end tag without its start tag");
     at = skip_blanks(at + open.length);
     if (*at != '>') return refuse(*at == '\0' ? too_short : "an end tag without its start tag");
     at_ = at + 1;
@@ -303,12 +302,23 @@ bool XmlReader::read_section() {
     return true;
 }
 
+// What ends a piece of text: a tag, a reference, a line end to be replaced, perhaps "]]>", the document's
+// end.
+char* XmlReader::find_text_stop(char* at) const {
+    for (; at < end_; at += 8) {
+        const std::uint64_t eight = load_eight(at);
+        const std::uint64_t stops = bytes_equal(eight, '<') | bytes_equal(eight, '&') |
+                                    bytes_equal(eight, '\r') | bytes_equal(eight, ']');
+        if (stops != 0) return at + __builtin_ctzll(stops) / 8;
+    }
+    return const_cast<char*>(end_);
+}
+
 // Reads up to the next "<".
 bool XmlReader::read_text() {
     char* from = at_;
     for (char* at = from;;) {
-        while (!is(*at, text_stop))
-            ++at;
+        at = find_text_stop(at);
         switch (*at) {
         case '<':
             append(from, at);
@@ -374,10 +384,8 @@ void XmlReader::append(char* from, char* to) {
     if (!is_leaf_ || from == to) return;
     if (text_begin_ == text_end_) text_begin_ = text_end_ = from;
     const auto length = static_cast<std::size_t>(to - from);
-    if (text_end_ != from) {
-        count_lines(to);
-        std::memmove(text_end_, from, length);
-    }
+    if (text_end_ != from)
+        change(text_end_, text_end_ + length, [&] { std::memmove(text_end_, from, length); });
     text_end_ += length;
 }
 
@@ -385,21 +393,71 @@ void XmlReader::append(char* from, char* to) {
 void XmlReader::append_character(char* at, const char* behind, char32_t character) {
     if (!is_leaf_) return;
     if (text_begin_ == text_end_) text_begin_ = text_end_ = at;
-    count_lines(behind);
-    text_end_ += put_character(character, text_end_);
+    std::size_t length = 0;
+    const char* const end = behind - text_end_ < 4 ? behind : text_end_ + 4;
+    change(text_end_, end, [&] { length = put_character(character, text_end_); });
+    text_end_ += length;
+}
+
+void XmlReader::trim_text() {
+    if (text_ == nullptr) return;
+    char* const end = text_end_;
+    while (text_ != text_end_ && is_space(*text_))
+        ++text_;
+    while (text_ != text_end_ && is_space(text_end_[-1]))
+        --text_end_;
+    if (text_end_ != end) change(text_end_, text_end_ + 1, [&] { *text_end_ = '\0'; });
+}
+
+void XmlReader::unspace_text() {
+    trim_text();
+    if (text_ == nullptr) return;
+    char* const end = text_end_;
+    char* at = text_;
+    while (at != end && !is_space(*at))
+        ++at;
+    if (at == end) return;
+    change(at, end, [&] {
+        text_end_ = at;
+        for (; at != end; ++at)
+            if (!is_space(*at)) *text_end_++ = *at;
+        *text_end_ = '\0';
+    });
 }
 
 // ------------------------------------------------------------------------------------------------------
 // Errors
 
-void XmlReader::count_lines(const char* end) {
-    for (; counted_ < end; ++counted_)
-        line_ += *counted_ == '\n' || (*counted_ == '\r' && counted_[1] != '\n');
+namespace {
+
+// The ends of lines between two places.
+unsigned count_lines(const char* at, const char* end) {
+    unsigned lines = 0;
+    while (at < end) {
+        const std::uint64_t eight = load_eight(at);
+        if (end - at >= 8 && bytes_equal(eight, '\r') == 0) {
+            lines += count_bytes_equal(eight, '\n');
+            at += 8;
+        } else {
+            lines += *at == '\n' || (*at == '\r' && at[1] != '\n');
+            ++at;
+        }
+    }
+    return lines;
 }
 
-unsigned XmlReader::line() {
-    count_lines(at_);
-    return line_;
+} // namespace
+
+unsigned XmlReader::line_at(const char* at) const {
+    return 1 + count_lines(begin_, at) + lost_lines_;
+}
+
+// Changes what lies between two places, together with the number of lines there.
+template <typename Change>
+void XmlReader::change(char* from, const char* to, Change apply) {
+    const unsigned before = count_lines(from - 1, to);
+    apply();
+    lost_lines_ += before - count_lines(from - 1, to);
 }
 
 XmlReader::Event XmlReader::refuse(const char* reason) {

@@ -29,19 +29,22 @@ public:
     // Of the element that starts or ends, without its prefix.
     std::string_view name() const { return name_; }
     // At the end of an element that has no elements inside: its text, zero-terminated. The caller may change
-    // it in place. Otherwise null.
+    // it in place, line ends by the two functions below. Otherwise null.
     char* text() const { return text_; }
     std::size_t text_length() const {
         return text_ == nullptr ? 0 : static_cast<std::size_t>(text_end_ - text_);
     }
+    // Cuts white space off both ends of the text, or takes out all that is in it.
+    void trim_text();
+    void unspace_text();
+
     // Of the element that starts: the value, its references not replaced; empty when there is none.
     std::string_view attribute(std::string_view name) const;
     // The namespace of the element that starts, empty when it has none. Looks at all open elements.
     std::string_view name_space() const;
 
-    // The line that has been read up to. Call it before a text of several lines is changed: what has been
-    // counted is not looked at again.
-    unsigned line();
+    // The line that has been read up to. It is counted anew each time.
+    unsigned line() const { return line_at(at_); }
     // Refuses the document at the present line: "XML error at line %u: %s".
     Event refuse(const char* reason);
     // Why the reading is over, once it has failed.
@@ -77,10 +80,13 @@ private:
     bool skip_comment();
     bool skip_instruction();
     bool read_section();
+    char* find_text_stop(char* at) const;
     bool read_text();
     bool read_reference(char*& at, char32_t& character);
 
-    void count_lines(const char* end);
+    unsigned line_at(const char* at) const;
+    template <typename Change>
+    void change(char* from, const char* to, Change apply);
     void append(char* from, char* to);
     void append_character(char* at, const char* behind, char32_t character);
     bool refuse_at(char* at, const char* reason);
@@ -97,8 +103,8 @@ private:
     int attribute_count_ = 0;
     std::string_view name_;
     const char* local_name_ = nullptr; // in the name scanned last
-    const char* counted_ = nullptr;    // line ends have been counted up to here
-    unsigned line_ = 1;
+    const char* begin_ = nullptr;      // of the document
+    unsigned lost_lines_ = 0;          // line ends that changes of texts have taken out
     OpenElement open_[max_depth];
     Attribute attributes_[max_attributes];
     ErrorText error_{};

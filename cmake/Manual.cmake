@@ -17,10 +17,10 @@ add_custom_command(OUTPUT ${page_dir}/velmora.3
                    DEPENDS include/velmora.h ${CMAKE_CURRENT_BINARY_DIR}/Doxyfile ${CMAKE_CURRENT_BINARY_DIR}/manual.sed
                    COMMENT "Making the manual page" VERBATIM)
 add_custom_target(manual ALL DEPENDS ${page_dir}/velmora.3)
-install(FILES ${page_dir}/velmora.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT library OPTIONAL)
+install(FILES ${page_dir}/velmora.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development OPTIONAL)
 
 file(STRINGS src/exported-names.txt functions REGEX "^_*sepa_")
 foreach(function ${functions})
   file(WRITE ${page_dir}/${function}.3 ".so man3/velmora.3\n")
-  install(FILES ${page_dir}/${function}.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT library)
+  install(FILES ${page_dir}/${function}.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
 endforeach()

@@ -105,7 +105,7 @@ void write_block(DocumentWriter& out, const Document& document, const PaymentBlo
     write_category(out, block);
     out.line("\t\t\t</PmtTpInf>\n");
     write_execution_date(out, document.rulebook, block);
-    write_own_side(out, document, {"Dbtr", "DbtrAcct", "DbtrAgt"});
+    write_own_side(out, document, OwnSide{"Dbtr", "DbtrAcct", "DbtrAgt"});
 }
 
 } // namespace

@@ -165,7 +165,7 @@ void write_block(DocumentWriter& out, const Document& document, const PaymentBlo
     out.line("\t\t\t</PmtTpInf>\n"
              "\t\t\t<ReqdColltnDt>",
              block.date, "</ReqdColltnDt>\n");
-    write_own_side(out, document, {"Cdtr", "CdtrAcct", "CdtrAgt"});
+    write_own_side(out, document, OwnSide{"Cdtr", "CdtrAcct", "CdtrAgt"});
     out.line("\t\t\t<CdtrSchmeId>\n"
              "\t\t\t\t<Id>\n"
              "\t\t\t\t\t<PrvtId>\n"

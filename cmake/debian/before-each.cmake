@@ -1,0 +1,11 @@
+# What Debian wants of every package's files: compressed manual pages and changelogs, no search paths in programs.
+file(GLOB_RECURSE texts "${CPACK_TEMPORARY_DIRECTORY}/*.[13]" "${CPACK_TEMPORARY_DIRECTORY}/*/changelog.Debian")
+foreach(text ${texts})
+  if(text MATCHES "/man/|changelog")
+    execute_process(COMMAND gzip -9n "${text}")
+  endif()
+endforeach()
+file(GLOB_RECURSE programs "${CPACK_TEMPORARY_DIRECTORY}/usr/bin/*")
+foreach(program ${programs})
+  file(RPATH_REMOVE FILE "${program}")
+endforeach()

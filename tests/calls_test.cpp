@@ -227,7 +227,8 @@ const std::map<std::string, Call> calls = {
              const std::string schema =
                  document.substr(document.find("pain."), sizeof("pain.001.001.03") - 1);
              const std::string file = VELMORA_SCHEMAS "/" + schema + ".xsd";
-             if (access(file.c_str(), R_OK) != 0) return json::value_t::discarded; // an old Debian has not all
+             if (access(file.c_str(), R_OK) != 0)
+                 return json::value_t::discarded; // an old Debian has not all
              const CommandResult verdict = run("xmllint --noout --nonet --schema " + file + " " + path +
                                                "; code=$?; rm " + path + "; exit $code");
              if (verdict.status == 0 || verdict.status == 3) return verdict.status == 0;

@@ -28,32 +28,32 @@ struct sepa_finding_t {
 
 inline int sepa_iban_explain(const char* iban, sepa_finding_t* finding) {
     const int result = sepa_iban_check(iban);
-    *finding = {result == 1 ? SEPA_FINDING_OK : SEPA_FINDING_CHECK_DIGITS,
-                -1,
-                0,
-                0,
-                "",
-                result == 1 ? "" : "Invalid IBAN"};
+    *finding = sepa_finding_t{result == 1 ? SEPA_FINDING_OK : SEPA_FINDING_CHECK_DIGITS,
+                              -1,
+                              0,
+                              0,
+                              "",
+                              result == 1 ? "" : "Invalid IBAN"};
     return result;
 }
 inline int sepa_bic_explain(const char* bic, sepa_finding_t* finding) {
     const int result = sepa_bic_getBank(bic, nullptr) == 1 ? 1 : -1;
-    *finding = {result == 1 ? SEPA_FINDING_OK : SEPA_FINDING_CHARACTER,
-                -1,
-                0,
-                0,
-                "",
-                result == 1 ? "" : "Invalid BIC"};
+    *finding = sepa_finding_t{result == 1 ? SEPA_FINDING_OK : SEPA_FINDING_CHARACTER,
+                              -1,
+                              0,
+                              0,
+                              "",
+                              result == 1 ? "" : "Invalid BIC"};
     return result;
 }
 inline int sepa_account_explain(const char* account, const char* bank_code, sepa_finding_t* finding) {
     const int result = sepa_iban_convert("DE", account, bank_code, nullptr, nullptr) == 1 ? 1 : -1;
-    *finding = {result == 1 ? SEPA_FINDING_UNCHECKED : SEPA_FINDING_ACCOUNT,
-                -1,
-                0,
-                0,
-                "",
-                result == 1 ? "" : "Invalid account"};
+    *finding = sepa_finding_t{result == 1 ? SEPA_FINDING_UNCHECKED : SEPA_FINDING_ACCOUNT,
+                              -1,
+                              0,
+                              0,
+                              "",
+                              result == 1 ? "" : "Invalid account"};
     return result;
 }
 inline int sepa_iban_suggest(const char*, char*, size_t) {

@@ -10,18 +10,17 @@ if ($argc !== 3) {
     exit(2);
 }
 
-SEPA::init(SEPA_INIT_RULEBOOK, 'DE-26.11');
 try {
     // The debtor's data. The date is for the payments that bring none of their own.
-    $message = new SEPA(SEPA_MSGTYPE_CTI);
-    $message->setName('Bäckerei Grünwald GmbH');
-    $message->setIBAN('DE08200505501964277436');
-    $message->setBIC('HASPDEHHXXX');
-    $message->setBatchBooking(false);
-    $message->setDate('2027-02-15');
-    $message->setMessageId('ZAHLLAUF-2027-01');
+    $message = (new SEPAMessage(SEPA_MSGTYPE_CTI, 'DE-26.11'))
+        ->setName('Bäckerei Grünwald GmbH')
+        ->setIBAN('DE08200505501964277436')
+        ->setBIC('HASPDEHHXXX')
+        ->setBatchBooking(false)
+        ->setDate('2027-02-15')
+        ->setMessageId('ZAHLLAUF-2027-01');
     add_payments($message, $argv[1]);
-    file_put_contents($argv[2], $message->toXML());
+    $message->save($argv[2]);
 } catch (SEPAException $failure) {
     fwrite(STDERR, $failure->getMessage() . "\n");
     exit(1);

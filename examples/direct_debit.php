@@ -10,19 +10,18 @@ if ($argc !== 3) {
     exit(2);
 }
 
-SEPA::init(SEPA_INIT_RULEBOOK, 'DE-26.11');
 try {
     // The creditor's data. The date is for the payments that bring none of their own.
-    $message = new SEPA(SEPA_MSGTYPE_DDI);
-    $message->setName('Turnverein München-Süd e.V.');
-    $message->setIBAN('DE16701900000376033458');
-    $message->setBIC('GENODEF1M01');
-    $message->setCreditorIdentifier('DE98ZZZ09999999999');
-    $message->setDDType(SEPA_DDTYPE_CORE);
-    $message->setDate('2027-03-01');
-    $message->setMessageId('BEITRAG-2027');
+    $message = (new SEPAMessage(SEPA_MSGTYPE_DDI, 'DE-26.11'))
+        ->setName('Turnverein München-Süd e.V.')
+        ->setIBAN('DE16701900000376033458')
+        ->setBIC('GENODEF1M01')
+        ->setCreditorIdentifier('DE98ZZZ09999999999')
+        ->setDDType(SEPA_DDTYPE_CORE)
+        ->setDate('2027-03-01')
+        ->setMessageId('BEITRAG-2027');
     add_payments($message, $argv[1]);
-    file_put_contents($argv[2], $message->toXML());
+    $message->save($argv[2]);
 } catch (SEPAException $failure) {
     fwrite(STDERR, $failure->getMessage() . "\n");
     exit(1);

@@ -21,6 +21,7 @@ enum { BINDING_ERROR = 42 };
 void sepa_class_init(zend_class_entry* entry);
 void sepaStP_init(zend_class_entry* entry);
 void statement_reader_init(zend_class_entry* entry);
+void check_class_init(void);
 
 /* The second module, which the first one starts. */
 extern zend_module_entry velmora_module_entry;

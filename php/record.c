@@ -56,10 +56,21 @@ static bool value_of(zval* value, member_kind kind, const void* member, date_tex
         const char* text = *(char* const*)member;
         return text && text_value(value, text);
     }
+    case MEMBER_TEXT_OR_NULL: {
+        const char* text = *(char* const*)member;
+        ZVAL_NULL(value);
+        return !text || !*text || text_value(value, text);
+    }
     case MEMBER_CHARS:
         return text_value(value, member);
     case MEMBER_CHARS_IF_SET:
         return *(const char*)member && text_value(value, member);
+    case MEMBER_INT32:
+        return number_value(value, *(const int32_t*)member, true);
+    case MEMBER_UINT8:
+        return number_value(value, *(const uint8_t*)member, true);
+    case MEMBER_UINT16:
+        return number_value(value, *(const uint16_t*)member, true);
     case MEMBER_UINT32:
         return number_value(value, *(const uint32_t*)member, true);
     case MEMBER_UINT32_IF_SET:

@@ -10,8 +10,12 @@
  */
 typedef enum {
     MEMBER_TEXT_IF_SET,  /* char* */
+    MEMBER_TEXT_OR_NULL, /* char*; PHP's null when it is null or empty */
     MEMBER_CHARS,        /* char[] */
     MEMBER_CHARS_IF_SET, /* char[] */
+    MEMBER_INT32,
+    MEMBER_UINT8,
+    MEMBER_UINT16,
     MEMBER_UINT32,
     MEMBER_UINT32_IF_SET,
     MEMBER_UINT16_IF_SET,
@@ -46,7 +50,7 @@ typedef struct {
 /* Makes the keys of a table; at start-up, once. */
 void make_keys(record_member* members, size_t count);
 
-/* Puts the members of a record into an array that has none of them. */
+/* Puts the members of a record into an array that has none of them. Without dates `last` may be null. */
 void put_members(zval* array, const record_member* members, size_t count, const void* record,
                  date_text* last);
 

@@ -175,3 +175,86 @@ final class SEPAText
      */
     public static function convert(string $text, int $mode = SEPA_TEXT_KEEP, int $limit = 0, ?array &$report = null): string {}
 }
+
+/**
+ * What is wrong with what people type, and what the bank directory knows. No method throws; a text with a zero byte
+ * is wrong like any other.
+ *
+ * What is wrong is an array: "valid" (bool), "code" and "name" (7 and "CHECK_DIGITS" for SEPA_FINDING_CHECK_DIGITS,
+ * 0 and "OK", or 15 and "UNCHECKED" for what is valid but for parts that cannot be checked), "position" and "length" of the fault in
+ * bytes (-1 and 0 when it has no place), "expected" (the length or the check digits that would fit, else 0), "method"
+ * (the account's check method, else empty) and "text" (English).
+ */
+final class SEPACheck
+{
+    /**
+     * @return array{valid:bool,code:int,name:string,position:int,length:int,expected:int,method:string,text:string}
+     */
+    public static function iban(string $iban): array {}
+
+    /**
+     * Only the form counts: code 15 says that the directory does not have the BIC.
+     *
+     * @return array{valid:bool,code:int,name:string,position:int,length:int,expected:int,method:string,text:string}
+     */
+    public static function bic(string $bic): array {}
+
+    /**
+     * A German account; the position counts in its number.
+     *
+     * @return array{valid:bool,code:int,name:string,position:int,length:int,expected:int,method:string,text:string}
+     */
+    public static function account(string $account, string $bankCode): array {}
+
+    /**
+     * A creditor identifier (EPC262-08).
+     *
+     * @return array{valid:bool,code:int,name:string,position:int,length:int,expected:int,method:string,text:string}
+     */
+    public static function creditorIdentifier(string $identifier): array {}
+
+    /**
+     * A creditor reference (ISO 11649) in capitals, without spaces.
+     *
+     * @return array{valid:bool,code:int,name:string,position:int,length:int,expected:int,method:string,text:string}
+     */
+    public static function reference(string $reference): array {}
+
+    /**
+     * An IBAN as it was typed, without blanks and "IBAN" in front, in capitals. Nothing is checked.
+     *
+     * @return string|null null when it is too long for an IBAN
+     */
+    public static function normalise(string $text): ?string {}
+
+    /**
+     * Valid IBANs that could be meant by a German one with a typing error: show them, never take one unasked.
+     *
+     * @return string[] at most three
+     */
+    public static function suggest(string $iban): array {}
+
+    /**
+     * The IBAN for a German bank code and account number.
+     *
+     * @return array{iban:?string,bic:?string,status:int,account:string} the status as of SEPA::IBAN_convert(); what
+     *         the check of the account gave once the bank's rule had its say: "valid", "invalid" or "unchecked"
+     */
+    public static function convert(string $bankCode, string $account): array {}
+
+    /**
+     * The bank behind an IBAN, a BIC or a bank code.
+     *
+     * @param string $country of the bank code: "AT", "CH", "DE" or "LI"
+     * @return array{name:?string,postcode:?string,city:?string,country:?string,bic:?string,flags:int}|null flags as
+     *         of SEPA::BIC_getBankFlags(); null for an unknown bank
+     */
+    public static function bank(string $ibanOrBicOrCode, string $country = 'DE'): ?array {}
+
+    /**
+     * The day from which the country's bank data hold.
+     *
+     * @return string|null yyyy-mm-dd, null for an unknown country
+     */
+    public static function dataDate(string $country = 'DE'): ?string {}
+}

@@ -1,5 +1,5 @@
 /* This is a generated file, edit the .stub.php file instead.
- * Stub hash: ceb567779700cc4005a7d03e0e34b66eeda6b5fe */
+ * Stub hash: a8cc22f2d976f94eb0531b8cb1981c4cf9c86575 */
 
 ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAMessage___construct, 0, 0, 1)
 	ZEND_ARG_TYPE_INFO(0, type, IS_LONG, 0)
@@ -79,6 +79,47 @@ ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPAText_convert, 0, 1, IS
 	ZEND_ARG_TYPE_INFO_WITH_DEFAULT_VALUE(1, report, IS_ARRAY, 1, "null")
 ZEND_END_ARG_INFO()
 
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_iban, 0, 1, IS_ARRAY, 0)
+	ZEND_ARG_TYPE_INFO(0, iban, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_bic, 0, 1, IS_ARRAY, 0)
+	ZEND_ARG_TYPE_INFO(0, bic, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_account, 0, 2, IS_ARRAY, 0)
+	ZEND_ARG_TYPE_INFO(0, account, IS_STRING, 0)
+	ZEND_ARG_TYPE_INFO(0, bankCode, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_creditorIdentifier, 0, 1, IS_ARRAY, 0)
+	ZEND_ARG_TYPE_INFO(0, identifier, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_reference, 0, 1, IS_ARRAY, 0)
+	ZEND_ARG_TYPE_INFO(0, reference, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_normalise, 0, 1, IS_STRING, 1)
+	ZEND_ARG_TYPE_INFO(0, text, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+#define arginfo_class_SEPACheck_suggest arginfo_class_SEPACheck_iban
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_convert, 0, 2, IS_ARRAY, 0)
+	ZEND_ARG_TYPE_INFO(0, bankCode, IS_STRING, 0)
+	ZEND_ARG_TYPE_INFO(0, account, IS_STRING, 0)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_bank, 0, 1, IS_ARRAY, 1)
+	ZEND_ARG_TYPE_INFO(0, ibanOrBicOrCode, IS_STRING, 0)
+	ZEND_ARG_TYPE_INFO_WITH_DEFAULT_VALUE(0, country, IS_STRING, 0, "\'DE\'")
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_class_SEPACheck_dataDate, 0, 0, IS_STRING, 1)
+	ZEND_ARG_TYPE_INFO_WITH_DEFAULT_VALUE(0, country, IS_STRING, 0, "\'DE\'")
+ZEND_END_ARG_INFO()
+
 
 ZEND_METHOD(SEPAMessage, __construct);
 ZEND_METHOD(SEPAMessage, setRulebook);
@@ -99,6 +140,16 @@ ZEND_METHOD(SEPAStatementReader, loadString);
 ZEND_METHOD(SEPAStatementReader, getBookings);
 ZEND_METHOD(SEPAStatementReader, check);
 ZEND_METHOD(SEPAText, convert);
+ZEND_METHOD(SEPACheck, iban);
+ZEND_METHOD(SEPACheck, bic);
+ZEND_METHOD(SEPACheck, account);
+ZEND_METHOD(SEPACheck, creditorIdentifier);
+ZEND_METHOD(SEPACheck, reference);
+ZEND_METHOD(SEPACheck, normalise);
+ZEND_METHOD(SEPACheck, suggest);
+ZEND_METHOD(SEPACheck, convert);
+ZEND_METHOD(SEPACheck, bank);
+ZEND_METHOD(SEPACheck, dataDate);
 
 
 static const zend_function_entry class_SEPAMessage_methods[] = {
@@ -131,6 +182,21 @@ static const zend_function_entry class_SEPAStatementReader_methods[] = {
 
 static const zend_function_entry class_SEPAText_methods[] = {
 	ZEND_ME(SEPAText, convert, arginfo_class_SEPAText_convert, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_FE_END
+};
+
+
+static const zend_function_entry class_SEPACheck_methods[] = {
+	ZEND_ME(SEPACheck, iban, arginfo_class_SEPACheck_iban, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, bic, arginfo_class_SEPACheck_bic, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, account, arginfo_class_SEPACheck_account, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, creditorIdentifier, arginfo_class_SEPACheck_creditorIdentifier, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, reference, arginfo_class_SEPACheck_reference, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, normalise, arginfo_class_SEPACheck_normalise, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, suggest, arginfo_class_SEPACheck_suggest, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, convert, arginfo_class_SEPACheck_convert, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, bank, arginfo_class_SEPACheck_bank, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_ME(SEPACheck, dataDate, arginfo_class_SEPACheck_dataDate, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
 	ZEND_FE_END
 };
 
@@ -173,6 +239,17 @@ static zend_class_entry *register_class_SEPAText(void)
 	zend_class_entry ce, *class_entry;
 
 	INIT_CLASS_ENTRY(ce, "SEPAText", class_SEPAText_methods);
+	class_entry = zend_register_internal_class_ex(&ce, NULL);
+	class_entry->ce_flags |= ZEND_ACC_FINAL;
+
+	return class_entry;
+}
+
+static zend_class_entry *register_class_SEPACheck(void)
+{
+	zend_class_entry ce, *class_entry;
+
+	INIT_CLASS_ENTRY(ce, "SEPACheck", class_SEPACheck_methods);
 	class_entry = zend_register_internal_class_ex(&ce, NULL);
 	class_entry->ce_flags |= ZEND_ACC_FINAL;
 

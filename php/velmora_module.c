@@ -9,6 +9,8 @@ static PHP_MINIT_FUNCTION(velmora) {
     engine_register_below(register_class_SEPAMessage, sepa_ce);
     statement_reader_init(register_class_SEPAStatementReader(sepaStP_ce));
     register_class_SEPAText();
+    register_class_SEPACheck();
+    check_class_init();
     register_velmora_symbols(module_number);
     return SUCCESS;
 }

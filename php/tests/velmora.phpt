@@ -18,6 +18,12 @@ class Calls
         $result = call_user_func_array([$object, $name], $arguments);
         return $result === $object ? 'the object' : $result;
     }
+    private function finding(string $method, string $text): array
+    {
+        $found = SEPACheck::$method($text);
+        unset($found['code'], $found['method']); // "name" says it, too
+        return array_values($found);
+    }
     private function message(...$arguments): bool
     {
         return (bool) $this->object = new SEPAMessage(...$arguments);
@@ -48,6 +54,21 @@ foreach ($sections[1] as $i => $class) {
     $count += replay(explode("\n", $sections[2][$i]), new Calls($class));
 }
 echo $count, " calls\n";
+
+// What the explanations say, as in C.
+$findings = 0;
+foreach (preg_grep('/^#|\(null\)/', file(__DIR__ . '/findings.txt', FILE_IGNORE_NEW_LINES), PREG_GREP_INVERT) as $row) {
+    list($method, $text, $numbers, $reason) = explode('|', expand(str_replace('\n', "\n", $row)));
+    list($result, $code, $position, $length, $expected, $check) = explode(' ', $numbers);
+    $found = SEPACheck::$method(...$method == 'account' ? explode('/', $text) : [$text]);
+    unset($found['name']);
+    $wanted = [$result == 1, (int) $code, (int) $position, (int) $length, (int) $expected, trim($check, '-'), $reason];
+    if (array_values($found) !== $wanted) {
+        echo $row, "\n", text_of($found), "\n";
+    }
+    $findings++;
+}
+echo $findings > 40 ? '' : "$findings findings\n";
 
 echo "\nBookings:\n";
 $statement = "\r\n:20:A\r\n:61:230102C1,00NMSCA\r\n:61:230102C2,00NMSCB\r\n-\r\n:20:B\r\n-\r\n:20:C\r\n:61:230102C3,00NMSCC\r\n-\r\n";
@@ -146,7 +167,7 @@ array_map('unlink', glob("$folder/*"));
 rmdir($folder);
 ?>
 --EXPECT--
-44 calls
+85 calls
 
 Bookings:
 before load() -> [[],[]]

@@ -1,4 +1,5 @@
 // ISO 20022 account reports, statements and notifications (camt.052, camt.053, camt.054).
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
@@ -99,7 +100,9 @@ bool keep_currency_of(Reading& reading, Amount& place) {
     if (place.is_given()) return true;
     const std::string_view currency = reading.xml.attribute("Ccy");
     if (currency.empty()) return true;
-    if (currency.size() != sizeof place.currency - 1) return refuse(reading, "not a currency");
+    if (currency.size() != sizeof place.currency - 1 ||
+        !std::all_of(currency.begin(), currency.end(), is_letter))
+        return refuse(reading, "not a currency");
     std::memcpy(place.currency, currency.data(), currency.size());
     return true;
 }

@@ -3,31 +3,14 @@
 #include <cstring>
 
 #include "base/ascii.h"
+#include "statement/keywords.h"
 
 namespace velmora::camt {
 namespace {
 
-constexpr std::size_t keyword_length = 5;
-
-struct Keyword {
-    char text[keyword_length + 1];
-    char* sepa_stmt_tx_t::*value;
-    bool is_amount = false;
-};
-
-constexpr Keyword keywords[] = {
-    {"EREF+", &sepa_stmt_tx_t::eref},       {"KREF+", &sepa_stmt_tx_t::kref},
-    {"MREF+", &sepa_stmt_tx_t::mref},       {"CRED+", &sepa_stmt_tx_t::cred},
-    {"DEBT+", &sepa_stmt_tx_t::debt},       {"PURP+", &sepa_stmt_tx_t::purp},
-    {"COAM+", &sepa_stmt_tx_t::coam, true}, {"OAMT+", &sepa_stmt_tx_t::oamt, true},
-    {"SVWZ+", &sepa_stmt_tx_t::svwz},       {"ABWA+", &sepa_stmt_tx_t::abwa},
-    {"ABWE+", &sepa_stmt_tx_t::abwe},
-};
-
-const Keyword* find_keyword(const char* text) {
-    for (const Keyword& keyword : keywords)
-        if (std::strncmp(text, keyword.text, keyword_length) == 0) return &keyword;
-    return nullptr;
+const Keyword* find_keyword_at(const char* text) {
+    const bool is_long_enough = strnlen(text, keyword_length) == keyword_length;
+    return is_long_enough && text[keyword_word_length] == '+' ? find_keyword(text) : nullptr;
 }
 
 // The next keyword behind a blank, or the text's end.
@@ -36,8 +19,8 @@ char* find_next_keyword(char* text, char* end) {
     for (char* from = text + keyword_length; from != end;) {
         auto* const plus = static_cast<char*>(std::memchr(from, '+', static_cast<std::size_t>(end - from)));
         if (plus == nullptr) break;
-        char* const word = plus - (keyword_length - 1);
-        if (is_space(word[-1]) && find_keyword(word) != nullptr) return word;
+        char* const word = plus - keyword_word_length;
+        if (is_space(word[-1]) && find_keyword_at(word) != nullptr) return word;
         from = plus + 1;
     }
     return end;
@@ -59,7 +42,7 @@ bool is_no_reference(const char* text) {
 }
 
 bool Remittance::add(char* text, std::size_t length) {
-    if (keywords_at_ == nowhere && find_keyword(text) != nullptr)
+    if (keywords_at_ == nowhere && find_keyword_at(text) != nullptr)
         keywords_at_ = text_.empty() ? 0 : text_.length() + 1;
     return text_.add(text, length, ' ');
 }
@@ -82,7 +65,7 @@ bool Remittance::take(RecordPool& records, sepa_stmt_tx_t& booking) {
     }
     char* const end = text + keywords_at + std::strlen(text + keywords_at);
     for (char* word = text + keywords_at; *word != '\0';) {
-        const Keyword& keyword = *find_keyword(word);
+        const Keyword& keyword = *find_keyword_at(word);
         char* const value = word + keyword_length;
         word = find_next_keyword(value, end);
         const std::size_t length = trim(value, word);

@@ -59,7 +59,7 @@ class Caller
     }
 }
 
-foreach (['accounts', 'dates', 'documents', 'header', 'payments', 'schemas'] as $table) {
+foreach (['accounts', 'dates', 'documents', 'header', 'payments', 'schemas', 'strict'] as $table) {
     $count = 0;
     preg_match_all('/^== (.*), (.*)\n((?:(?!== ).*\n)*)/m', file_get_contents(__DIR__ . "/$table.txt"), $sections);
     foreach ($sections[1] as $i => $rulebooks) {

@@ -1,7 +1,10 @@
 // IBAN checks: German ones with the account check, foreign ones, and the bank behind an IBAN.
 #include <iban.h>
 #include <ktoblzcheck.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -108,11 +111,70 @@ void iban_get_bank(benchmark::State& state) {
     }
 }
 
+template <std::size_t count>
+void iban_explain(benchmark::State& state, const char* const (&ibans)[count]) {
+    std::size_t position = 0;
+    sepa_finding_t finding;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(sepa_iban_explain(next(ibans, position), &finding));
+        benchmark::DoNotOptimize(finding);
+    }
+}
+
+void iban_explain_german(benchmark::State& state) {
+    iban_explain(state, german_ibans);
+}
+void iban_explain_foreign(benchmark::State& state) {
+    iban_explain(state, foreign_ibans);
+}
+
+// German IBANs with one wrong digit.
+void iban_suggest(benchmark::State& state) {
+    std::size_t position = 0;
+    for (auto _ : state) {
+        char iban[22 + 1];
+        char candidates[69];
+        std::strcpy(iban, next(german_ibans, position));
+        iban[9] = iban[9] == '9' ? '0' : static_cast<char>(iban[9] + 1);
+        benchmark::DoNotOptimize(sepa_iban_suggest(iban, candidates, sizeof candidates));
+    }
+}
+
+// What the first check of a process takes beyond a later one: nothing is set up, but pages are touched.
+void iban_check_first(benchmark::State& state) {
+    const auto seconds_of_a_check = [] {
+        const auto begin = std::chrono::steady_clock::now();
+        benchmark::DoNotOptimize(sepa_iban_check(german_ibans[0]));
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    for (auto _ : state) {
+        int ends[2];
+        if (pipe(ends) != 0) return state.SkipWithError("no pipe");
+        const pid_t child = fork();
+        if (child == 0) {
+            const double first = seconds_of_a_check();
+            const double beyond = first - seconds_of_a_check();
+            _exit(write(ends[1], &beyond, sizeof beyond) == sizeof beyond ? 0 : 1);
+        }
+        double beyond = 0;
+        const bool measured = child > 0 && read(ends[0], &beyond, sizeof beyond) == sizeof beyond;
+        waitpid(child, nullptr, 0);
+        close(ends[0]);
+        close(ends[1]);
+        if (!measured) return state.SkipWithError("not measured");
+        state.SetIterationTime(beyond);
+    }
+}
+
 WORKLOAD("iban_check/german", iban_check_german);
 WORKLOAD("iban_check/german/ktoblzcheck", iban_check_german_ktoblzcheck);
 WORKLOAD("iban_check/german/mod97", iban_check_german_mod97);
 WORKLOAD("iban_check/foreign", iban_check_foreign);
 WORKLOAD("iban_check/foreign/ktoblzcheck", iban_check_foreign_ktoblzcheck);
 WORKLOAD("iban_get_bank/german", iban_get_bank);
+WORKLOAD("iban_explain/german", iban_explain_german);
+WORKLOAD("iban_explain/foreign", iban_explain_foreign);
+WORKLOAD("iban_suggest/one_digit", iban_suggest);
+BENCHMARK(iban_check_first)->Name("iban_check/first")->UseManualTime()->Iterations(200);
 
 } // namespace

@@ -61,8 +61,11 @@ std::string structure_of(const std::string& iban) {
 
 // Another letter or digit of the same kind at random.
 char replaced(char c, std::mt19937& random) {
-    return c >= 'A' ? static_cast<char>('A' + (c - 'A' + 1 + random() % 25) % 26)
-                    : static_cast<char>('0' + (c - '0' + 1 + random() % 9) % 10);
+    const auto moved = [&](char first, unsigned count) {
+        const auto step = static_cast<unsigned>(c - first) + 1 + random() % (count - 1);
+        return static_cast<char>(first + static_cast<int>(step % count));
+    };
+    return c >= 'A' ? moved('A', 26) : moved('0', 10);
 }
 
 TEST(IbanCheck, ReasonIsStoredForRefusedIbansOnly) {

@@ -42,7 +42,7 @@ unsigned remainder_of(const char* iban, std::size_t length, std::uint64_t digits
                                                       100'000, 1'000'000, 10'000'000, 100'000'000};
     std::uint64_t remainder = 0;
     std::size_t at = country_and_check_digits;
-    for (digits >>= at; at + 8 <= length; at += 8, digits >>= 8)
+    for (digits >>= at; length - at >= 8; at += 8, digits >>= 8)
         if ((digits & 0xFF) == 0xFF)
             remainder = (remainder * powers_of_ten[8] + value_of_digits(load_word(iban + at))) % 97;
         else
@@ -50,15 +50,16 @@ unsigned remainder_of(const char* iban, std::size_t length, std::uint64_t digits
     const std::size_t left = length - at;
     if (digits + 1 == std::uint64_t{1} << left) {
         // The digits that end the last word, and zeros in place of what stands before them.
-        const std::uint64_t kept = left == 0 ? 0 : ~std::uint64_t{0} << (64 - 8 * left);
-        const std::uint64_t word = ((load_word(iban + length - 8) ^ repeated('0')) & kept) ^ repeated('0');
+        const std::uint64_t before =
+            left == 0 ? ~std::uint64_t{0} : (std::uint64_t{1} << (64 - 8 * left)) - 1;
+        const std::uint64_t word = (load_word(iban + length - 8) & ~before) | (repeated('0') & before);
         remainder = remainder * powers_of_ten[left] + value_of_digits(word);
     } else {
         remainder = mod97_of(remainder, {iban + at, left});
     }
-    const auto letter = [&](int i) { return static_cast<std::uint64_t>(iban[i] - 'A' + 10); };
-    const auto digit = [&](int i) { return static_cast<std::uint64_t>(iban[i] - '0'); };
-    remainder = remainder * 1'000'000 + letter(0) * 10'000 + letter(1) * 100 + digit(2) * 10 + digit(3);
+    const int country = (iban[0] - 'A' + 10) * 100 + iban[1] - 'A' + 10;
+    const int check_digits = (iban[2] - '0') * 10 + iban[3] - '0';
+    remainder = remainder * 1'000'000 + static_cast<unsigned>(country * 100 + check_digits);
     return static_cast<unsigned>(remainder % 97);
 }
 

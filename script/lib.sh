@@ -9,7 +9,7 @@ demo_packages=("${build_packages[@]}" libxml2-utils php-cli php-dev unzip)
 test_packages=("${demo_packages[@]}" clang clang-format clang-tidy doxygen dpkg-dev file libclang-rt-14-dev
                jq libexpat1-dev libgtest-dev locales man-db nlohmann-json3-dev parallel php-parser pkg-config
                postgresql python3 valgrind zlib1g-dev)
-bench_packages=("${build_packages[@]}" libbenchmark-dev libktoblzcheck1-dev libxml2-dev php-cli php-dev valgrind)
+bench_packages=("${build_packages[@]}" libbenchmark-dev libktoblzcheck1-dev libxml2-dev php-cli php-dev python3 valgrind)
 
 # quietly NAME COMMAND...: runs the command with its output in build/log/NAME.log, which is shown if it fails.
 quietly() {

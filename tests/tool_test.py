@@ -27,6 +27,14 @@ def run(arguments, data=b"", **options):
                           env=os.environ | {"TZ": "Europe/Berlin"}, timeout=120, **options)
 
 
+class Program(unittest.TestCase):
+    def test_needs(self):
+        """The library, libc and zlib: no C++ library."""
+        dynamic = subprocess.run(["readelf", "-d", TOOL], stdout=subprocess.PIPE, check=True, text=True).stdout
+        needed = {line.split("[")[1].split(".so")[0] for line in dynamic.splitlines() if "(NEEDED)" in line}
+        self.assertLessEqual(needed, {"libvelmora", "libc", "libz", "libgcc_s", "libm"})
+
+
 class Tables(unittest.TestCase):
     def test_command_lines(self):
         for table in sorted(DATA.glob("*.tsv")):
@@ -105,6 +113,18 @@ class Filters(unittest.TestCase):
                 process.stdin.write(line)
                 process.stdin.flush()
                 self.assertRegex(process.stdout.readline(), rb"^\d+\n$")
+
+    @unittest.skipIf(b"__asan_init" in Path(sys.argv[1]).read_bytes(), "sanitizers take memory")
+    def test_memory_is_flat(self):
+        block = b"DE89370400440532013000\n" * 40_000 + b"x" * 100_000
+        with subprocess.Popen([TOOL, "check", "iban", "--filter"], stdin=subprocess.PIPE,
+                              stdout=subprocess.DEVNULL) as process:
+            for _ in range(200):
+                process.stdin.write(block)
+            process.stdin.flush()
+            status = Path(f"/proc/{process.pid}/status").read_text()
+            process.stdin.close()
+        self.assertLess(int(status.partition("VmHWM:")[2].split()[0]), 20_000, status)
 
     def test_rows_with_quoted_line_ends(self):
         rows = [f'{i},"line {i}\n""quoted"" {"x" * self.random.randint(0, 60)}",DE89370400440532013000\n'

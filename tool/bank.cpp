@@ -5,7 +5,6 @@
 
 #include "banks.h"
 #include "bulk.h"
-#include "pending.h"
 
 namespace velmora::tool {
 namespace {
@@ -39,8 +38,15 @@ bool is_iban(Text value) {
            is_digit(value[3]);
 }
 
+// The Swiss list names no countries, but BICs do.
+Text country_of(const sepa_bank_t& bank) {
+    if (bank.country != nullptr && *bank.country != '\0') return bank.country;
+    return bank.bic == nullptr ? Text() : piece(bank.bic, 4, 2);
+}
+
 void Lookup::write(Text code, const sepa_bank_t& bank, Output& out) {
-    out.text_or_null(bank.country);
+    const Text country = country_of(bank);
+    country.empty() ? out.null() : out.text(country);
     code.empty() ? out.null() : out.text(code);
     out.text_or_null(bank.bic);
     out.text_or_null(bank.name);
@@ -98,6 +104,8 @@ Exit search(const Options& options, Lookup& lookup) {
         const Text wanted = options.value(Opt::search);
         if (!contains_ignoring_case(bank->name, wanted) && !contains_ignoring_case(bank->city, wanted))
             continue;
+        // Liechtenstein's banks are in the Swiss list.
+        if (options.value(Opt::country) == "LI" && country_of(*bank) != "LI") continue;
         // Behind the bank codes come the BICs, which the banks have already.
         lookup.write(is_digit(code[0]) ? Text(code) : Text(), *bank, out);
         out.end_row();

@@ -4,7 +4,6 @@
 
 #include "banks.h"
 #include "bulk.h"
-#include "pending.h"
 #include "rulebook_table.h"
 
 namespace velmora::tool {
@@ -55,24 +54,29 @@ private:
 };
 
 bool Checker::answer(Text value, Output& out) {
-    sepa_finding_t finding{};
+    sepa_finding_t finding;
+    finding.code = SEPA_FINDING_OK;
     finding.position = -1;
-    int result = -1;
-    const std::size_t zero = value.find('\0');
+    finding.text = "Valid";
+    bool valid = explain(value, finding) == 1;
+    // The library's texts end with a zero byte: what follows one was not looked at.
+    const std::size_t zero = valid ? value.find('\0') : Text::npos;
     if (zero != Text::npos) {
+        valid = false;
         finding.code = SEPA_FINDING_CHARACTER;
         finding.position = static_cast<std::int32_t>(zero);
         finding.text = "Invalid character (zero byte)";
-    } else {
-        result = explain(value, finding);
     }
-    const bool valid = result == 1;
+    if (out.wants_code_only()) {
+        out.code(finding.code);
+        return valid;
+    }
 
     out.boolean(valid);
     out.number(finding.code);
     finding.position >= 0 ? out.number(finding.position) : out.null();
     out.text_or_null(finding.text);
-    const sepa_bank_t* bank = valid && !out.wants_code_only() ? find_bank(value) : nullptr;
+    const sepa_bank_t* bank = valid ? find_bank(value) : nullptr;
     out.text_or_null(bank == nullptr ? nullptr : bank->name);
     out.text_or_null(bank == nullptr ? nullptr : bank->bic);
     out.text_or_null(bank == nullptr ? nullptr : bank->city);

@@ -4,8 +4,6 @@
 #include <unistd.h>
 #include <velmora.h>
 
-#include "pending.h"
-
 namespace velmora::tool {
 namespace {
 

@@ -4,7 +4,6 @@
 #include <velmora.h>
 
 #include "bulk.h"
-#include "pending.h"
 
 namespace velmora::tool {
 namespace {

@@ -57,22 +57,20 @@ Output::Output(const Options& options, Form form, std::span<const Column> column
 Output::~Output() = default;
 
 void Output::choose_columns(const Options& options) {
-    if (options.given(Opt::fields)) {
-        for (std::size_t i = 0; i < columns_.size(); ++i)
-            chosen_.add(false);
-        for (Text rest = options.value(Opt::fields); !rest.empty();) {
-            const Text name = trim(take_until(rest, ','));
-            std::size_t found = 0;
-            while (found < columns_.size() && columns_[found].name != name)
-                ++found;
-            if (found == columns_.size())
-                fail_usage(options.subcommand(), "no column of the answer is called", name);
-            chosen_[found] = true;
-        }
+    chooses_ = options.given(Opt::fields);
+    for (std::size_t i = 0; i < columns_.size(); ++i)
+        chosen_.add(!chooses_);
+    for (Text rest = options.value(Opt::fields); !rest.empty();) {
+        const Text name = trim(take_until(rest, ','));
+        std::size_t found = 0;
+        while (found < columns_.size() && columns_[found].name != name)
+            ++found;
+        if (found == columns_.size())
+            fail_usage(options.subcommand(), "no column of the answer is called", name);
+        chosen_[found] = true;
     }
-    for (column_ = 0; column_ < columns_.size(); ++column_)
-        if (!is_left_out()) shown_.add(columns_[column_]);
-    column_ = 0;
+    for (std::size_t i = 0; i < columns_.size(); ++i)
+        if (chosen_[i]) shown_.add(columns_[i]);
 }
 
 void Output::header() {
@@ -87,23 +85,29 @@ void Output::header() {
     buffer_ << '\n';
 }
 
-const Column& Output::begin_cell() {
-    const Column& column = columns_[column_];
-    if (form_ == Form::tsv || form_ == Form::csv) {
-        if (cell_ > 0 || behind_raw_) buffer_ << delimiter_;
-    } else if (form_ == Form::json || form_ == Form::jsonl) {
-        if (cell_ == 0) {
-            if (form_ == Form::json) buffer_ << (rows_ > 0 ? Text(",\n ") : Text("\n "));
-            buffer_ << '{';
-        } else {
-            buffer_ << ',';
-        }
-        append_json(buffer_, column.name);
+// What stands before a cell; false when it is left out.
+inline bool Output::begin_cell() {
+    const std::size_t column = column_++;
+    if (chooses_ && !chosen_[column]) return false;
+    const bool first = cell_++ == 0;
+    switch (form_) {
+    case Form::tsv:
+    case Form::csv:
+        if (!first || behind_raw_) buffer_ << delimiter_;
+        break;
+    case Form::json:
+    case Form::jsonl:
+        if (first && form_ == Form::json) buffer_ << (rows_ > 0 ? Text(",\n ") : Text("\n "));
+        buffer_ << (first ? '{' : ',');
+        append_json(buffer_, columns_[column].name);
         buffer_ << ':';
+        break;
+    case Form::table:
+        break;
+    case Form::code:
+        return columns_[column].is_code;
     }
-    ++column_;
-    ++cell_;
-    return column;
+    return true;
 }
 
 void Output::append_tsv(Text value) {
@@ -113,7 +117,7 @@ void Output::append_tsv(Text value) {
     }
     for (const char c : value) {
         if (!escape_)
-            buffer_ << (c == '\t' || c == '\n' || c == '\r' ? ' ' : c);
+            buffer_ << (is_control(c) ? ' ' : c);
         else if (c == '\t')
             buffer_ << "\\t";
         else if (c == '\n')
@@ -151,11 +155,7 @@ void Output::table_cell(Text value) {
 }
 
 void Output::plain(Text value, bool is_text) {
-    if (is_left_out()) {
-        ++column_;
-        return;
-    }
-    const Column& column = begin_cell();
+    if (!begin_cell()) return;
     switch (form_) {
     case Form::tsv:
         append_tsv(value);
@@ -171,7 +171,7 @@ void Output::plain(Text value, bool is_text) {
         table_cell(value);
         break;
     case Form::code:
-        if (column.is_code) buffer_ << value;
+        buffer_ << value;
         break;
     }
 }
@@ -194,11 +194,7 @@ void Output::literal(Text value) {
 }
 
 void Output::null() {
-    if (is_left_out()) {
-        ++column_;
-        return;
-    }
-    begin_cell();
+    if (!begin_cell()) return;
     if (form_ == Form::json || form_ == Form::jsonl)
         buffer_ << "null";
     else if (form_ == Form::tsv && escape_)

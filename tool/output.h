@@ -48,7 +48,9 @@ public:
     void keep() { kept_ = true; }
     Buffer& kept() { return buffer_; }
 
+    // Then code() is all of a row that is worth the work.
     [[nodiscard]] bool wants_code_only() const { return form_ == Form::code; }
+    void code(std::int64_t value) { buffer_ << value; }
     [[nodiscard]] bool masks() const { return mask_; }
     void set_delimiter(char delimiter) { delimiter_ = delimiter; }
     // Something stands before the first cell of each row already; there is no header then.
@@ -56,8 +58,7 @@ public:
 
 private:
     void choose_columns(const Options& options);
-    [[nodiscard]] bool is_left_out() { return !chosen_.empty() && !chosen_[column_]; }
-    const Column& begin_cell();
+    bool begin_cell();
     void append_tsv(Text value);
     void append_csv(Text value);
     void plain(Text value, bool is_text);
@@ -69,7 +70,8 @@ private:
     bool escape_, mask_, has_header_, color_, kept_ = false, behind_raw_ = false, began_ = false;
     char delimiter_;
     List<Column> shown_;
-    List<bool> chosen_;                 // of the columns; empty when all of them are
+    List<bool> chosen_; // of the columns, when some are left out
+    bool chooses_ = false;
     std::size_t column_ = 0, cell_ = 0; // of the row that is being written
     std::uint64_t rows_ = 0;
     Buffer buffer_, masked_;

@@ -2,8 +2,6 @@
 
 #include <velmora.h>
 
-#include "pending.h"
-
 namespace velmora::tool {
 
 Text Payment::value(Text key) const {

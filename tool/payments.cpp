@@ -10,8 +10,6 @@
 #include <unistd.h>
 #include <velmora.h>
 
-#include "pending.h"
-
 namespace velmora::tool {
 namespace {
 

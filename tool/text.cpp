@@ -51,6 +51,7 @@ void wipe_and_free(void* memory, std::size_t size) {
 }
 
 Buffer& Buffer::unsigned_number(std::uint64_t number) {
+    if (number < 10) return *this << static_cast<char>('0' + number);
     char digits[20];
     char* start = digits + sizeof digits;
     do {

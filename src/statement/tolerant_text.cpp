@@ -472,13 +472,15 @@ bool read_plain(Reader& reader, char* begin, char* end) {
 }
 
 bool has_subfields(const Field& field) {
-    // Most often it stands behind the transaction code.
+    const auto starts_here = [](const char* at, const char* end) {
+        return is_marker(at, end) && two_digits(at + 1) <= largest_number;
+    };
+    // Most often behind the transaction code.
     bool found =
-        field.end - field.begin > 3 && field.begin[3] == '?' && is_marker(field.begin + 3, field.end);
+        field.end - field.begin > 3 && field.begin[3] == '?' && starts_here(field.begin + 3, field.end);
     if (!found)
-        visit_characters(field.begin, field.rest_end, '?', '?', [&](const char* at) {
-            found |= is_marker(at, field.rest_end) && two_digits(at + 1) <= largest_number;
-        });
+        visit_characters(field.begin, field.rest_end, '?', '?',
+                         [&](const char* at) { found |= starts_here(at, field.rest_end); });
     return found;
 }
 

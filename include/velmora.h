@@ -9,16 +9,16 @@
  *
  * Conventions that hold for every function below:
  *
- * 1. Results. Operations on a message or a statement parser return 1 for success and 0 for failure.
+ * 1. Results. Operations on a message, a statement parser or a report return 1 for success and 0 for failure.
  *    Checks and lookups return a small integer: 1 success, 0 not applicable or unsupported, -1 invalid
  *    input, -2 not found, -3 out of memory (where a function differs, its own text says so).
- * 2. Errors. A failing operation keeps an English text in its handle; sepa_getError() and
- *    sepa_stmt_parser_getError() return it. It stays valid until the next failing call on the same handle
- *    or until the handle is freed. Success does not clear it: read it only right after a 0. Nothing is ever
+ * 2. Errors. A failing operation keeps an English text in its handle; sepa_getError(),
+ *    sepa_stmt_parser_getError() and sepa_report_getError() return it. It stays valid until the next failing
+ *    call on the same handle or until the handle is freed. Success does not clear it: read it only right after a 0. Nothing is ever
  *    printed or logged.
  * 3. Ownership. Texts handed in are copied. A message owns its copies and overwrites them with zero bytes
  *    before it frees them. Texts and records handed out are one allocation each and belong to the caller,
- *    who releases each with one free(). Error texts and statement records belong to their handle.
+ *    who releases each with one free(). Error texts, statement and report records belong to their handle.
  * 4. Null pointers. A null handle or a null text makes a call fail with the result named for invalid input;
  *    it never crashes. The free functions ignore null.
  * 5. Texts are zero-terminated UTF-8. Every length and limit counts bytes, not characters; but under the
@@ -815,6 +815,103 @@ typedef struct sepa_text_report {
  */
 int sepa_text_convert(const char* text, uint32_t mode, size_t limit, char* out, size_t size,
                       sepa_text_report_t* report);
+
+/* ------------------------------------------------------------------------------------------------------
+ * Status reports (pain.002)
+ * --------------------------------------------------------------------------------------------------- */
+
+/** What the bank says about a file that was sent. Opaque. */
+typedef struct sepa_report sepa_report_t;
+
+/** What an item of a report is about: sepa_report_item_t::level. */
+enum {
+    SEPA_REPORT_GROUP = 0,  /**< the whole file */
+    SEPA_REPORT_BLOCK = 1,  /**< one payment block of it */
+    SEPA_REPORT_PAYMENT = 2 /**< one payment */
+};
+
+/**
+ * One statement of the bank about a file, a payment block or a payment. It belongs to its report and may grow
+ * at its end. A text that the report does not have is null or empty.
+ */
+typedef struct sepa_report_item {
+    uint8_t level;     /**< SEPA_REPORT_GROUP, SEPA_REPORT_BLOCK or SEPA_REPORT_PAYMENT */
+    char status[5];    /**< status code (ISO 20022): ACCP, RJCT, ...; without one of its own that of the level
+                            above */
+    char* messageId;   /**< message identification of the file that was sent */
+    char* messageName; /**< its schema: pain.001.001.09, ... */
+    char* blockId;     /**< payment information identification */
+    char* instructionId; /**< instruction identification */
+    char* endToEndId;    /**< end-to-end identification */
+    char* uetr;          /**< unique end-to-end transaction reference */
+    char* statusId;      /**< the bank's identification of this status */
+    char* reference;     /**< the bank's reference of the payment */
+    char* reason;        /**< the first reason: ISO 20022 reason code or the bank's own */
+    char* reasons;       /**< all reasons, a blank between them */
+    char* text;       /**< the bank's words, a line feed between them; with RVMC the name that the bank has */
+    double amount;    /**< of a payment as instructed, else the control sum; 0 when not given */
+    char currency[4]; /**< of a payment's amount */
+    uint32_t count;   /**< payments in the file or block, 0 when not given */
+    char* name;       /**< the counterpart: creditor of a credit transfer, debtor of a direct debit */
+    char iban[35];    /**< its account */
+    char* mandate;    /**< mandate identification */
+    char date[11];    /**< requested day of execution or collection, yyyy-mm-dd */
+    struct sepa_report_item* next; /**< the next one in the order of the file */
+} sepa_report_item_t;
+
+/** Creates a report. @return the report, or null without memory. */
+sepa_report_t* sepa_report_new(void);
+
+/**
+ * Reads a status report: ISO 20022 pain.002 of any version from 001.03 on. A report loads once, even if that
+ * fails; a damaged file fails, and nothing of it is kept.
+ *
+ * @param report a report that has not loaded anything yet.
+ * @param path   the file.
+ * @return 1, or 0 with the reason.
+ */
+int sepa_report_load(sepa_report_t* report, const char* path);
+
+/**
+ * Like sepa_report_load(), for a file that lies in memory already.
+ *
+ * @param report a report that has not loaded anything yet.
+ * @param data   the bytes; they are copied.
+ * @param size   how many.
+ * @return 1, or 0 with the reason.
+ */
+int sepa_report_loadMemory(sepa_report_t* report, const char* data, size_t size);
+
+/** @return the first item of the loaded report, or null when there is none. */
+const sepa_report_item_t* sepa_report_getItem(sepa_report_t* report);
+
+/**
+ * Tells what became of a payment.
+ *
+ * A payment that the report names is answered with its item, the first of them. For another one the refusal
+ * of the whole file holds, or that of a payment block if exactly one is refused.
+ *
+ * @param report     a loaded report.
+ * @param endToEndId end-to-end identification of the payment.
+ * @param item       where the item is stored, null without one. May be null.
+ * @return 1, or 0 when the report does not say anything about it.
+ */
+int sepa_report_match(const sepa_report_t* report, const char* endToEndId, const sepa_report_item_t** item);
+
+/** @return the text of the last failure, empty when there was none; for null a text that says so. */
+const char* sepa_report_getError(sepa_report_t* report);
+
+/** Releases a report with all items and texts. Null is ignored. */
+void sepa_report_free(sepa_report_t* report);
+
+/**
+ * Explains the codes that banks give: why a payment was refused or came back (ISO 20022 external reason
+ * codes), and in which status it is.
+ *
+ * @param code four characters: sepa_report_item_t::reason or status, sepa_stmt_tx_info_t::returnReason.
+ * @return a constant English text, or null for null and for a code that the library does not know.
+ */
+const char* sepa_reason_text(const char* code);
 
 /* ------------------------------------------------------------------------------------------------------
  * Numbers and patterns

@@ -175,4 +175,29 @@ TEST(Allocation, CamtFilesAreReadWholeOrNotAtAll) {
     EXPECT_EQ(heap.unwiped, 0);
 }
 
+TEST(Allocation, ReportsAreReadWholeOrNotAtAll) {
+    std::string content = "<CstmrPmtStsRpt><OrgnlPmtInfAndSts>";
+    for (int i = 0; i < 200; ++i)
+        content += "<TxInfAndSts><OrgnlEndToEndId>E" + std::to_string(i) +
+                   "</OrgnlEndToEndId><StsRsnInf><Rsn><Cd>AC01</Cd></Rsn>"
+                   "<AddtlInf>Konto von Eva "
+                   "Muster</AddtlInf><AddtlInf>DE89370400440532013000</AddtlInf></StsRsnInf></TxInfAndSts>";
+    content += "</OrgnlPmtInfAndSts></CstmrPmtStsRpt>";
+    const long live = heap.live;
+    long n = heap.unwiped = 0;
+    call_with_failing_allocations(
+        [&] {
+            sepa_report_t* report = sepa_report_new();
+            const int loaded = sepa_report_loadMemory(report, content.data(), content.size());
+            EXPECT_EQ(*sepa_report_getError(report) == '\0', loaded == 1);
+            EXPECT_EQ(sepa_report_getItem(report) != nullptr, loaded == 1);
+            sepa_report_free(report);
+            return loaded;
+        },
+        [&](int) { return ++n, false; });
+    EXPECT_GT(n, 5);
+    EXPECT_EQ(heap.live, live);
+    EXPECT_EQ(heap.unwiped, 0);
+}
+
 } // namespace

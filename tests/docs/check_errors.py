@@ -6,7 +6,8 @@ import sys
 from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parents[2]
-FILES = ("src/message/*.cpp", "src/xml/*.cpp", "src/statement/*.cpp", "src/base/file.cpp", "src/report/*.cpp", "src/bank/bic.cpp", "src/bank/iban_check.cpp",
+FILES = ("src/message/*.cpp", "src/xml/*.cpp", "src/statement/*.cpp", "src/base/file.cpp",
+         "src/report/report.cpp", "src/report/reading.cpp", "src/bank/bic.cpp", "src/bank/iban_check.cpp",
          "php/*_class.c", "php/bound_object.c")
 LITERAL = r'"((?:[^"\\\n]|\\.)*)"'
 # A row of the table of transaction keys: its last two columns are a text and what the value is called in another one.

@@ -14,8 +14,8 @@
  *    input, -2 not found, -3 out of memory (where a function differs, its own text says so).
  * 2. Errors. A failing operation keeps an English text in its handle; sepa_getError(),
  *    sepa_stmt_parser_getError() and sepa_report_getError() return it. It stays valid until the next failing
- *    call on the same handle or until the handle is freed. Success does not clear it: read it only right after a 0. Nothing is ever
- *    printed or logged.
+ *    call on the same handle or until the handle is freed. Success does not clear it: read it only right
+ * after a 0. Nothing is ever printed or logged.
  * 3. Ownership. Texts handed in are copied. A message owns its copies and overwrites them with zero bytes
  *    before it frees them. Texts and records handed out are one allocation each and belong to the caller,
  *    who releases each with one free(). Error texts, statement and report records belong to their handle.

@@ -163,6 +163,12 @@ void begin_entry(Reading& reading) {
     reading.return_text.clear();
 }
 
+// An entry may have several, each with a batch of its own.
+void begin_details(Entry& entry) {
+    if (!entry.first_batch.is_given()) entry.first_batch = entry.batch;
+    entry.batch = {};
+}
+
 void end_charge(Charges& charges) {
     const Charge& charge = charges.record;
     if (charge.amount.is_given() && charge.is_included == 0)
@@ -190,6 +196,9 @@ bool begin_element(Reading& reading, const Node& node) {
         return true;
     case Action::begin_entry:
         begin_entry(reading);
+        return true;
+    case Action::begin_details:
+        begin_details(reading.fields.entry);
         return true;
     case Action::begin_part:
         return begin_part(reading);

@@ -126,6 +126,9 @@ void set_references(BookingPiece& piece, const Part& part) {
     info.proprietaryReference = part.proprietary_reference;
     info.creditorReference = part.creditor_reference;
     info.returnReason = part.return_reason;
+    info.batchCount = part.batch.count;
+    info.batchMessageId = part.batch.message_id;
+    info.batchPaymentId = part.batch.payment_id;
 }
 
 // A record of the part that has been read; without one the part is empty.
@@ -233,25 +236,24 @@ void complete(Reading& reading, BookingPiece& piece) {
     booking.reversal = entry.reversal;
     booking.txtext = entry.text;
     booking.bankref = first_of(booking.bankref, entry.details.bank_reference);
-    if (booking.ref == nullptr) booking.ref = first_of(entry.batch_payment_id, reading.no_reference);
+    if (booking.ref == nullptr) booking.ref = first_of(info.batchPaymentId, reading.no_reference);
     std::memcpy(info.status, entry.status, sizeof info.status);
     info.entry = reading.fields.statement.entries;
     info.parts = entry.parts;
     info.entryAmount = with_sign(entry.details.amount, entry.details.sign);
-    info.batchCount = entry.batch_count;
-    info.batchMessageId = entry.batch_message_id;
-    info.batchPaymentId = entry.batch_payment_id;
     info.entryReference = entry.reference;
 }
 
 // A single record for the entry: with the texts of its only part, or without texts when there are several.
 bool end_undivided(Reading& reading) {
-    Entry& entry = reading.fields.entry;
-    if (entry.parts > 1) {
-        reading.fields.part = {};
+    const Entry& entry = reading.fields.entry;
+    if (entry.parts != 1) {
+        Part& part = reading.fields.part;
+        part = {};
+        part.batch = entry.first_batch.is_given() ? entry.first_batch : entry.batch;
+        if (part.batch.count == 0) part.batch.count = entry.parts;
         reading.remittance.clear();
         reading.return_text.clear();
-        if (entry.batch_count == 0) entry.batch_count = entry.parts;
     }
     BookingPiece* const piece = new_piece(reading);
     if (piece == nullptr) return out_of_memory(reading);
@@ -273,6 +275,7 @@ bool begin_part(Reading& reading) {
     }
     ++entry.parts;
     reading.fields.part = {};
+    reading.fields.part.batch = entry.batch.is_given() ? entry.batch : entry.first_batch;
     reading.remittance.clear();
     reading.return_text.clear();
     return true;

@@ -84,8 +84,17 @@ struct Party {
     char* any_id() const { return private_id != nullptr ? private_id : organisation_id; }
 };
 
+struct Batch {
+    char* message_id;
+    char* payment_id;
+    std::uint32_t count;
+
+    bool is_given() const { return message_id != nullptr || payment_id != nullptr || count != 0; }
+};
+
 struct Part {
     Details details;
+    Batch batch;
     Party debtor;
     Party creditor;
     char* message_id;
@@ -112,9 +121,8 @@ struct Entry {
     struct tm booked;
     struct tm valuta;
     char* text;
-    char* batch_message_id;
-    char* batch_payment_id;
-    std::uint32_t batch_count;
+    Batch batch;       // of the details being read
+    Batch first_batch; // of those before
     std::uint32_t parts;
 };
 

@@ -67,9 +67,10 @@ constexpr Row entry_rows[] = {
     {"BookgDt/Dt|DtTm", Action::keep_date, TO(entry.booked)},
     {"ValDt/Dt|DtTm", Action::keep_date, TO(entry.valuta)},
     {"AcctSvcrRef", Action::keep_text, TO(entry.details.bank_reference)},
-    {"NtryDtls/Btch/MsgId", Action::keep_text, TO(entry.batch_message_id)},
-    {"NtryDtls/Btch/PmtInfId", Action::keep_text, TO(entry.batch_payment_id)},
-    {"NtryDtls/Btch/NbOfTxs", Action::keep_count, TO(entry.batch_count)},
+    {"NtryDtls", Action::begin_details, 0},
+    {"NtryDtls/Btch/MsgId", Action::keep_text, TO(entry.batch.message_id)},
+    {"NtryDtls/Btch/PmtInfId", Action::keep_text, TO(entry.batch.payment_id)},
+    {"NtryDtls/Btch/NbOfTxs", Action::keep_count, TO(entry.batch.count)},
     {"AddtlNtryInf", Action::keep_text, TO(entry.text)},
 };
 

@@ -14,6 +14,7 @@ enum class Action : std::uint8_t {
     begin_statement,
     begin_balance,
     begin_entry,
+    begin_details,
     begin_part,
     begin_charges,
     begin_charge,

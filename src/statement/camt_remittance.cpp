@@ -52,7 +52,7 @@ bool Remittance::take(RecordPool& records, sepa_stmt_tx_t& booking) {
     const std::size_t keywords_at = keywords_at_;
     keywords_at_ = nowhere;
     if (!text_.take(records, text)) return false;
-    if (keywords_at == nowhere) {
+    if (keywords_at == nowhere || text == nullptr) {
         booking.svwz = text;
         return true;
     }

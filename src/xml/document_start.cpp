@@ -2,6 +2,7 @@
 #include <iconv.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 #include "base/ascii.h"
@@ -57,7 +58,7 @@ public:
         if (is_open()) iconv_close(descriptor_);
     }
 
-    bool is_open() const { return descriptor_ != reinterpret_cast<iconv_t>(-1); }
+    bool is_open() const { return reinterpret_cast<std::intptr_t>(descriptor_) != -1; }
 
     // 0, or the number of the error.
     int convert(char* text, std::size_t size, WipedBuffer& out) {

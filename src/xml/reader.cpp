@@ -60,9 +60,33 @@ constexpr struct {
     char character;
 } references[] = {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}};
 
+// The ends of lines between two places.
+unsigned count_lines(const char* at, const char* end) {
+    unsigned lines = 0;
+    while (at < end) {
+        const std::uint64_t eight = load_eight(at);
+        if (end - at >= 8 && bytes_equal(eight, '\r') == 0) {
+            lines += count_bytes_equal(eight, '\n');
+            at += 8;
+        } else {
+            lines += *at == '\n' || (*at == '\r' && at[1] != '\n');
+            ++at;
+        }
+    }
+    return lines;
+}
+
 constexpr char too_short[] = "the document ends too early";
 
 } // namespace
+
+// Changes what lies between two places, together with the number of lines there.
+template <typename Change>
+void XmlReader::change(char* from, const char* to, Change apply) {
+    const unsigned before = count_lines(from - 1, to);
+    apply();
+    lost_lines_ += before - count_lines(from - 1, to);
+}
 
 // ------------------------------------------------------------------------------------------------------
 // Events
@@ -137,7 +161,12 @@ XmlReader::Event XmlReader::end_element() {
     name_ = open_[--depth_].local_name;
     if (is_leaf_) {
         text_ = text_begin_;
-        *text_end_ = '\0';
+        // A text that has become shorter may end before what was a line end once.
+        const auto cut = [&] { *text_end_ = '\0'; };
+        if (is(*text_end_, blank))
+            change(text_end_, text_end_ + 1, cut);
+        else
+            cut();
     }
     is_leaf_ = false;
     return Event::end;
@@ -428,36 +457,8 @@ void XmlReader::unspace_text() {
 // ------------------------------------------------------------------------------------------------------
 // Errors
 
-namespace {
-
-// The ends of lines between two places.
-unsigned count_lines(const char* at, const char* end) {
-    unsigned lines = 0;
-    while (at < end) {
-        const std::uint64_t eight = load_eight(at);
-        if (end - at >= 8 && bytes_equal(eight, '\r') == 0) {
-            lines += count_bytes_equal(eight, '\n');
-            at += 8;
-        } else {
-            lines += *at == '\n' || (*at == '\r' && at[1] != '\n');
-            ++at;
-        }
-    }
-    return lines;
-}
-
-} // namespace
-
 unsigned XmlReader::line_at(const char* at) const {
     return 1 + count_lines(begin_, at) + lost_lines_;
-}
-
-// Changes what lies between two places, together with the number of lines there.
-template <typename Change>
-void XmlReader::change(char* from, const char* to, Change apply) {
-    const unsigned before = count_lines(from - 1, to);
-    apply();
-    lost_lines_ += before - count_lines(from - 1, to);
 }
 
 XmlReader::Event XmlReader::refuse(const char* reason) {

@@ -464,4 +464,34 @@ TEST(StrictRulebook, WhatIsAcceptedIsWrittenAndValid) {
     }
 }
 
+// A message identification is cut from the thousandth block on, and the blocks still have names of their own.
+TEST(StrictRulebook, ThousandsOfBlocks) {
+    const Message message = complete_message(SEPA_MSGTYPE_CTI, "DE-26.11");
+    ASSERT_EQ(sepa_setMessageId(message.get(), repeat("m", 30).c_str()), 1);
+    std::string category = "AAAA";
+    for (std::size_t n = 0; n < 1001; ++n) {
+        category[2] = static_cast<char>('A' + n / 26 % 26), category[3] = static_cast<char>('A' + n % 26);
+        category[1] = static_cast<char>('A' + n / 676);
+        ASSERT_EQ(add(message, with(credit_transfer(), {{"category", category.c_str()}})), 1);
+    }
+    const std::vector<Leaves> parts = parts_of(document(message));
+    expect_national_rules(parts);
+    EXPECT_EQ(parts.size(), 1U + 2 * 1001);
+    EXPECT_EQ(parts[parts.size() - 2].count("PmtInfId=" + repeat("m", 29) + "-P1001"), 1U);
+}
+
+// Around the changes of the clocks: the hour that is left out, the one that comes twice, and far from either.
+TEST(StrictRulebook, TimesHaveTheOffsetOfTheirDay) {
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    const char* const times[][3] = {{"2027-03-28", "01:59:59", "+01:00"}, {"2027-03-28", "02:30", "+01:00"},
+                                    {"2027-03-28", "03:00", "+02:00"},    {"2027-10-31", "02:30", "+02:00"},
+                                    {"2027-10-31", "03:00", "+01:00"},    {"9999-12-31", "12:00", "+01:00"}};
+    for (const auto& [date, time, offset] : times) {
+        const Message message = complete_message(SEPA_MSGTYPE_CTI, "DE-26.11");
+        ASSERT_EQ(add(message, with(credit_transfer(), {{"date", date}, {"instant", "1"}, {"time", time}})),
+                  1);
+        EXPECT_NE(document(message).find(std::string(offset) + "</DtTm>"), std::string::npos) << date << time;
+    }
+}
+
 } // namespace

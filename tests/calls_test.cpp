@@ -345,7 +345,7 @@ TEST(Calls, NothingAtAllIsRefused) {
     char text[35] = "x";
     std::uint8_t status = 99;
     sepa_bank_t* bank = nullptr;
-    for (const std::uint32_t type : {0, 3})
+    for (const std::uint32_t type : {0U, 3U})
         EXPECT_EQ(sepa_new(type), nullptr);
     EXPECT_EQ(sepa_init(SEPA_INIT_RULEBOOK, nullptr), 0);
     for (const auto setter : {sepa_setIBAN, sepa_setBIC, sepa_setName, sepa_setCreditorIdentifier,

@@ -98,7 +98,8 @@ bool check_payment(const Payment& payment, sepa_t& message, const Rulebook& rule
 bool recheck_strictly(sepa_t& message, const Rulebook& rulebook) {
     if (!recheck(message, message.iban, sepa_setIBAN) || !recheck(message, message.bic, sepa_setBIC) ||
         !recheck(message, message.name, sepa_setName) ||
-        !recheck(message, message.creditor_identifier, sepa_setCreditorIdentifier) ||
+        (message.type == SEPA_MSGTYPE_DDI &&
+         !recheck(message, message.creditor_identifier, sepa_setCreditorIdentifier)) ||
         !recheck(message, message.date, sepa_setDate) ||
         !recheck(message, message.message_id, sepa_setMessageId))
         return false;

@@ -24,7 +24,6 @@ Array<T> allocate(std::size_t count) {
     return Array<T>(static_cast<T*>(std::calloc(count, sizeof(T))));
 }
 
-constexpr std::size_t date_length = 10;
 constexpr char out_of_memory[] = "Out of memory";
 
 // What the payments of a block have in common. The date stands in numbers that compare like its text.

@@ -171,7 +171,7 @@ void append_manual(Buffer& out) {
 
 // name=choice choice ... of what follows an option.
 void append_choices(Buffer& out, const OptionRow& row) {
-    for (Text rest = row.argument; !rest.empty();) {
+    for (Text rest = row.argument == nullptr ? "" : row.argument; !rest.empty();) {
         out << take_until(rest, '|');
         if (!rest.empty()) out << ' ';
     }

@@ -240,6 +240,7 @@ void Output::end_row() {
 
 void Output::write_table() {
     const std::size_t count = shown_.size();
+    if (count == 0) return;
     // Only the first rows widen a column: what stands on the terminal already cannot move.
     if (!began_) {
         std::size_t start = 0;

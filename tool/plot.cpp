@@ -59,7 +59,8 @@ void append_day(Buffer& out, std::int32_t number) {
 // Whole units with separators.
 void append_units(Buffer& out, double value) {
     if (value < 0) out << "\xE2\x88\x92"; // a minus as wide as the digits
-    append_grouped(out, static_cast<std::uint64_t>((value < 0 ? -value : value) + 0.5));
+    append_grouped(out, static_cast<std::uint64_t>(hundred_thousandths(value < 0 ? -value : value) + 50'000) /
+                            100'000);
 }
 
 void append_xml(Buffer& out, Text text) {
@@ -317,7 +318,9 @@ void Plot::draw(Buffer& out, const Account& account, const Frame& frame) {
     out << " to ";
     append_day(out, frame.last_day);
     out << "</text>\n";
-    for (double value = frame.lowest; value <= frame.highest + frame.step / 2; value += frame.step) {
+    const int ticks = static_cast<int>((frame.highest - frame.lowest + frame.step / 2) / frame.step);
+    for (int tick = 0; tick <= ticks; ++tick) {
+        const double value = frame.lowest + tick * frame.step;
         const bool zero = value > -frame.step / 2 && value < frame.step / 2;
         append_line(out, zero ? "axis" : "grid", left, frame.y(value), width - right, frame.y(value));
         begin_text(out, "label end", left - 10, frame.y(value) + 4);

@@ -59,7 +59,7 @@ void Progress::show(double seconds) {
     line << " rows/s";
     if (total_ > done_ && done_ > 0) {
         const double left = seconds * static_cast<double>(total_ - done_) / static_cast<double>(done_);
-        line << ", " << static_cast<std::uint64_t>(left + 0.5) << " s left";
+        line << ", " << static_cast<std::uint64_t>(left) + 1 << " s left";
     }
     if (write(STDERR_FILENO, line.data(), line.size()) > 0) is_shown = true;
 }

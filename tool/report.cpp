@@ -5,8 +5,6 @@
 
 #include <velmora.h>
 
-#include "pending.h"
-
 namespace velmora::tool {
 namespace {
 
@@ -139,7 +137,8 @@ Exit run_report(const Options& options) {
     if (options.operands().empty()) fail_usage(sub::report, "which files? - is standard input");
     Reports reports(options);
     const Exit end = reports.load();
-    return worse(end, options.given(Opt::join) ? reports.join() : reports.write_items());
+    if (options.given(Opt::join)) return end == Exit::good ? reports.join() : end;
+    return worse(end, reports.write_items());
 }
 
 } // namespace velmora::tool

@@ -75,6 +75,16 @@ constexpr SubcommandRow table[] = {
      "velmora statement --check c53.zip\n"
      "velmora statement --plot balance.svg c53.zip > bookings.tsv",
      run_statement},
+    {sub::report, "report", "FILE|-...", "what the bank says about a file that was sent (pain.002)",
+     "Shows the status of the file, of its blocks and of its payments; RJCT is refused, and the reason says "
+     "why. With "
+     "--join the status is appended to the rows of the table that the payments came from, by the column id. "
+     "The exit "
+     "code is 1 when something is refused.",
+     "level, status, reason, text, id, amount, name; with --join: status, reason, text",
+     "velmora report --only refused pain002.xml\n"
+     "velmora report --join payments.csv pain002.xml > answered.csv",
+     run_report},
     {sub::text, "text", "[FILE|-]...", "names and texts with the letters that banks take",
      "Writes each line with the characters that the rulebook permits: what it permits stays, other letters "
      "get their "

@@ -146,8 +146,10 @@ public:
     }
     template <typename Number>
     requires std::is_integral_v<Number> Buffer& operator<<(Number number) {
-        if constexpr (std::is_signed_v<Number>) return signed_number(number);
-        return unsigned_number(number);
+        if constexpr (std::is_signed_v<Number>)
+            return signed_number(number);
+        else
+            return unsigned_number(number);
     }
     [[nodiscard]] Text view() const { return {data(), size()}; }
     // Zero-terminated, valid until the buffer changes.

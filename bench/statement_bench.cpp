@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -63,6 +64,12 @@ std::string realistic(std::size_t size) {
     return file;
 }
 
+std::string line_feeds(std::size_t size) {
+    std::string file = realistic(size);
+    file.erase(std::remove(file.begin(), file.end(), '\r'), file.end());
+    return file;
+}
+
 // One field ":86:" that is filled with repetitions of a piece.
 std::string one_field(std::size_t size, const char* piece) {
     std::string file = "\r\n:20:A\r\n:61:230102C1,00NMSC\r\n:86:166?20";
@@ -111,20 +118,20 @@ void report_rate(benchmark::State& state, std::size_t size) {
     state.SetBytesProcessed(static_cast<std::int64_t>(size) * state.iterations());
 }
 
-bool load_once(const MemoryFile& file) {
+bool load_once(const MemoryFile& file, std::uint32_t format = SEPA_STMT_FORMAT_MT940) {
     sepa_stmt_parser_t* parser = sepa_stmt_parser_new();
-    const bool done = sepa_stmt_parser_load(parser, SEPA_STMT_FORMAT_MT940, file.path()) == 1;
+    const bool done = sepa_stmt_parser_load(parser, format, file.path()) == 1;
     sepa_stmt_parser_free(parser);
     return done;
 }
 
-template <Maker make>
+template <Maker make, std::uint32_t format = SEPA_STMT_FORMAT_MT940>
 void load(benchmark::State& state) {
     const std::string content = make(static_cast<std::size_t>(state.range(0)) * megabyte);
     const MemoryFile file(content);
-    load_once(file); // a virtual machine gets its memory on first use
+    load_once(file, format); // a virtual machine gets its memory on first use
     for (auto _ : state)
-        if (!load_once(file)) state.SkipWithError("not loaded");
+        if (!load_once(file, format)) state.SkipWithError("not loaded");
     report_rate(state, content.size());
 }
 
@@ -150,6 +157,13 @@ void load_read_memchr(benchmark::State& state) {
 
 STATEMENT_FILE(realistic)->Arg(50);
 STATEMENT_PEER(realistic)->Arg(50);
+// The same file in format 940, and one whose lines end with LF alone.
+WORKLOAD("statement_load/tolerant", load<realistic, SEPA_STMT_FORMAT_MT940_TOLERANT>)
+    ->Unit(benchmark::kMillisecond)
+    ->Arg(50);
+WORKLOAD("statement_load/tolerant_lf", load<line_feeds, SEPA_STMT_FORMAT_MT940_TOLERANT>)
+    ->Unit(benchmark::kMillisecond)
+    ->Arg(30);
 STATEMENT_FILE(two_byte_lines)->Arg(10)->Arg(20);
 STATEMENT_PEER(two_byte_lines)->Arg(20);
 STATEMENT_FILE(question_marks)->Arg(10)->Arg(20);

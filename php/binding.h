@@ -22,6 +22,7 @@ void sepa_class_init(zend_class_entry* entry);
 void sepaStP_init(zend_class_entry* entry);
 void statement_reader_init(zend_class_entry* entry);
 void check_class_init(void);
+void report_class_init(zend_class_entry* entry);
 
 /* The second module, which the first one starts. */
 extern zend_module_entry velmora_module_entry;

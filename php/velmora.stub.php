@@ -258,3 +258,57 @@ final class SEPACheck
      */
     public static function dataDate(string $country = 'DE'): ?string {}
 }
+
+/**
+ * What the bank says about a file that was sent (pain.002).
+ *
+ * @not-serializable
+ */
+final class SEPAReport
+{
+    /** @throws SEPAException (code 42) "can't create SEPAReport object" */
+    public function __construct() {}
+
+    /**
+     * Reads a file. A report loads once.
+     *
+     * @return bool always true
+     * @throws SEPAException with the reason why the file could not be read
+     */
+    public function load(string $filename): bool {}
+
+    /**
+     * Reads a file that is in memory.
+     *
+     * @return bool always true
+     * @throws SEPAException as load() does
+     */
+    public function loadString(string $data): bool {}
+
+    /**
+     * What the report says about the file, its blocks and its payments, in its order.
+     *
+     * Each item has "level" (0 the file, 1 a block, 2 a payment) and "status" ("ACCP", "RJCT", ...; of the level above
+     * where it has none, empty when there is none at all), and what it knows of: messageId, messageName, blockId,
+     * instructionId, endToEndId, uetr, statusId, reference, reason, reasons, text, amount, currency, count, name, iban,
+     * mandate, date.
+     *
+     * @return array<int, array<string, mixed>>
+     */
+    public function getItems(): array {}
+
+    /**
+     * The item that tells what became of a payment: its own, or the one that refuses its block or file whole.
+     *
+     * @return array<string, mixed>|null null when the report does not mention it
+     */
+    public function match(string $endToEndId): ?array {}
+
+    /**
+     * A reason code in words.
+     *
+     * @param string $code "AC01", ...
+     * @return string|null English; null for an unknown code
+     */
+    public static function reasonText(string $code): ?string {}
+}

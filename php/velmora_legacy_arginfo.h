@@ -1,5 +1,5 @@
 /* This is a generated file, edit the .stub.php file instead.
- * Stub hash: a8cc22f2d976f94eb0531b8cb1981c4cf9c86575 */
+ * Stub hash: ccd42ce111c2bee237e43724a99f90e22eed529f */
 
 ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAMessage___construct, 0, 0, 1)
 	ZEND_ARG_INFO(0, type)
@@ -113,6 +113,24 @@ ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPACheck_dataDate, 0, 0, 0)
 	ZEND_ARG_INFO(0, country)
 ZEND_END_ARG_INFO()
 
+#define arginfo_class_SEPAReport___construct arginfo_class_SEPAMessage_getTotals
+
+#define arginfo_class_SEPAReport_load arginfo_class_SEPAMessage_save
+
+ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAReport_loadString, 0, 0, 1)
+	ZEND_ARG_INFO(0, data)
+ZEND_END_ARG_INFO()
+
+#define arginfo_class_SEPAReport_getItems arginfo_class_SEPAMessage_getTotals
+
+ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAReport_match, 0, 0, 1)
+	ZEND_ARG_INFO(0, endToEndId)
+ZEND_END_ARG_INFO()
+
+ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAReport_reasonText, 0, 0, 1)
+	ZEND_ARG_INFO(0, code)
+ZEND_END_ARG_INFO()
+
 
 ZEND_METHOD(SEPAMessage, __construct);
 ZEND_METHOD(SEPAMessage, setRulebook);
@@ -143,6 +161,12 @@ ZEND_METHOD(SEPACheck, suggest);
 ZEND_METHOD(SEPACheck, convert);
 ZEND_METHOD(SEPACheck, bank);
 ZEND_METHOD(SEPACheck, dataDate);
+ZEND_METHOD(SEPAReport, __construct);
+ZEND_METHOD(SEPAReport, load);
+ZEND_METHOD(SEPAReport, loadString);
+ZEND_METHOD(SEPAReport, getItems);
+ZEND_METHOD(SEPAReport, match);
+ZEND_METHOD(SEPAReport, reasonText);
 
 
 static const zend_function_entry class_SEPAMessage_methods[] = {
@@ -190,6 +214,17 @@ static const zend_function_entry class_SEPACheck_methods[] = {
 	ZEND_ME(SEPACheck, convert, arginfo_class_SEPACheck_convert, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
 	ZEND_ME(SEPACheck, bank, arginfo_class_SEPACheck_bank, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
 	ZEND_ME(SEPACheck, dataDate, arginfo_class_SEPACheck_dataDate, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
+	ZEND_FE_END
+};
+
+
+static const zend_function_entry class_SEPAReport_methods[] = {
+	ZEND_ME(SEPAReport, __construct, arginfo_class_SEPAReport___construct, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAReport, load, arginfo_class_SEPAReport_load, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAReport, loadString, arginfo_class_SEPAReport_loadString, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAReport, getItems, arginfo_class_SEPAReport_getItems, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAReport, match, arginfo_class_SEPAReport_match, ZEND_ACC_PUBLIC)
+	ZEND_ME(SEPAReport, reasonText, arginfo_class_SEPAReport_reasonText, ZEND_ACC_PUBLIC|ZEND_ACC_STATIC)
 	ZEND_FE_END
 };
 
@@ -245,6 +280,21 @@ static zend_class_entry *register_class_SEPACheck(void)
 	INIT_CLASS_ENTRY(ce, "SEPACheck", class_SEPACheck_methods);
 	class_entry = zend_register_internal_class_ex(&ce, NULL);
 	class_entry->ce_flags |= ZEND_ACC_FINAL;
+
+	return class_entry;
+}
+
+static zend_class_entry *register_class_SEPAReport(void)
+{
+	zend_class_entry ce, *class_entry;
+
+	INIT_CLASS_ENTRY(ce, "SEPAReport", class_SEPAReport_methods);
+	class_entry = zend_register_internal_class_ex(&ce, NULL);
+#if (PHP_VERSION_ID >= 80100)
+	class_entry->ce_flags |= ZEND_ACC_FINAL|ZEND_ACC_NOT_SERIALIZABLE;
+#elif (PHP_VERSION_ID >= 70000)
+	class_entry->ce_flags |= ZEND_ACC_FINAL;
+#endif
 
 	return class_entry;
 }

@@ -11,6 +11,7 @@ static PHP_MINIT_FUNCTION(velmora) {
     register_class_SEPAText();
     register_class_SEPACheck();
     check_class_init();
+    report_class_init(register_class_SEPAReport());
     register_velmora_symbols(module_number);
     return SUCCESS;
 }

@@ -16,11 +16,15 @@ using namespace velmora;
 
 namespace {
 
-// Deliberate: without memory the field is empty afterwards; programs set it again.
 bool store(sepa_t* message, OwnedText& field, std::string_view text,
            const char* failure = "strdup() failed") {
-    if (field.assign(text)) return true;
-    field.reset();
+    const bool loosely = !is_strict(rulebook_of(*message));
+    if (field.assign(text)) {
+        message->has_loose_values |= loosely;
+        return true;
+    }
+    // Deliberate: without memory the field is empty afterwards; programs set it again. Strictly, it stays.
+    if (loosely) field.reset();
     return message->failure.fail(failure);
 }
 

@@ -286,37 +286,13 @@ bool end_element(Reading& reading, const Node& node) {
     }
 }
 
-// Follows the elements through the graph of paths. An element that it does not know is skipped with all that
-// is inside; but outside of messages, where they may be wrapped in anything.
 bool read_elements(Reading& reading, bool& has_message) {
-    NodeNumber path[XmlReader::max_depth + 1] = {outside};
-    int depth = 0;
-    int skipped = 0; // levels
-    for (;;) {
-        const Event event = reading.xml.next();
-        if (event == Event::start) {
-            if (skipped != 0) {
-                ++skipped;
-                continue;
-            }
-            NodeNumber node = find_child(path[depth], reading.xml.name());
-            if (node == no_node && path[depth] != outside) {
-                skipped = 1;
-                continue;
-            }
-            if (node == no_node) node = outside;
-            has_message |= node != outside;
-            path[++depth] = node;
-            if (!begin_element(reading, get_node(node))) return false;
-        } else if (event == Event::end) {
-            if (skipped != 0)
-                --skipped;
-            else if (!end_element(reading, get_node(path[depth--])))
-                return false;
-        } else {
-            return event == Event::document_end;
-        }
-    }
+    const auto begin = [&](const Node& node) {
+        has_message |= node.action == Action::begin_message;
+        return begin_element(reading, node);
+    };
+    return follow_paths(reading.xml, graph, begin,
+                        [&](const Node& node) { return end_element(reading, node); });
 }
 
 } // namespace

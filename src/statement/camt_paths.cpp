@@ -9,13 +9,7 @@
 namespace velmora::camt {
 namespace {
 
-// Names with "|" between them are one element under several names: those of the three messages and of their
-// versions.
-struct Row {
-    std::string_view path;
-    Action action;
-    std::size_t offset;
-};
+using Row = PathRow<Action>;
 
 #define TO(field) offsetof(Fields, field)
 
@@ -143,141 +137,38 @@ constexpr Row party_agent_rows[] = {
     {"FinInstnId/ClrSysMmbId/MmbId", Action::keep_trimmed, TO_PARTY(clearing_member)},
 };
 
-constexpr int max_nodes = 400;
-constexpr int max_branches = 400;
-constexpr std::size_t max_name = 21;
-constexpr unsigned table_size = 1024;
-
-// From an element to one inside it.
-struct Branch {
-    NodeNumber parent;
-    NodeNumber child;
-    std::uint8_t length;
-    char name[max_name + 8]; // as much as a comparison may read
-};
-
-constexpr unsigned hash(NodeNumber parent, const char* name, std::size_t length) {
-    const auto byte = [&](std::size_t at) {
-        return static_cast<unsigned>(static_cast<unsigned char>(name[at]));
-    };
-    const unsigned letters = byte(0) + byte(length / 2) * 7 + byte(length - 1) * 59;
-    return (letters + static_cast<unsigned>(length) * 131 + parent * 37u) % table_size;
+constexpr void add_party(Graph& graph, NodeNumber part, std::string_view party, std::string_view ultimate,
+                         std::string_view account, std::string_view agent, std::size_t offset) {
+    const NodeNumber parties = graph.add(part, "RltdPties", Action::none);
+    const NodeNumber agents = graph.add(part, "RltdAgts", Action::none);
+    graph.add(graph.add(parties, party, Action::none), party_rows, offset);
+    graph.add(graph.add(parties, ultimate, Action::none), ultimate_party_rows, offset);
+    graph.add(graph.add(parties, account, Action::none), party_account_rows, offset);
+    graph.add(graph.add(agents, agent, Action::none), party_agent_rows, offset);
 }
 
-struct Graph {
-    Node nodes[max_nodes] = {};
-    Branch branches[max_branches] = {};
-    std::uint16_t table[table_size] = {}; // numbers of branches, from 1; collisions go to the next place
-    NodeNumber node_count = 1;            // the first is "outside"
-    std::uint16_t branch_count = 0;
-
-    constexpr NodeNumber find(NodeNumber parent, const char* name, std::size_t length) const {
-        for (unsigned at = hash(parent, name, length); table[at] != 0; at = (at + 1) % table_size) {
-            const Branch& branch = branches[table[at] - 1];
-            if (branch.parent != parent || branch.length != length) continue;
-            std::size_t same = 0;
-            while (same < length && branch.name[same] == name[same])
-                ++same;
-            if (same == length) return branch.child;
-        }
-        return no_node;
-    }
-
-    constexpr void add_branch(NodeNumber parent, std::string_view name, NodeNumber child) {
-        Branch& branch = branches[branch_count++];
-        branch.parent = parent;
-        branch.child = child;
-        branch.length = static_cast<std::uint8_t>(name.size());
-        for (std::size_t i = 0; i < name.size(); ++i)
-            branch.name[i] = name[i];
-        unsigned at = hash(parent, name.data(), name.size());
-        while (table[at] != 0)
-            at = (at + 1) % table_size;
-        table[at] = branch_count;
-    }
-
-    // The element under one of the names; a new one gets them all.
-    constexpr NodeNumber step(NodeNumber parent, std::string_view names) {
-        const NodeNumber known = find(parent, names.data(), first_of(names, '|'));
-        if (known != no_node) return known;
-        const NodeNumber child = node_count++;
-        while (!names.empty()) {
-            const std::size_t length = first_of(names, '|');
-            add_branch(parent, {names.data(), length}, child);
-            names.remove_prefix(length == names.size() ? length : length + 1);
-        }
-        return child;
-    }
-
-    constexpr NodeNumber add(NodeNumber node, std::string_view path, Action action, std::size_t offset = 0) {
-        while (!path.empty()) {
-            const std::size_t length = first_of(path, '/');
-            node = step(node, {path.data(), length});
-            path.remove_prefix(length == path.size() ? length : length + 1);
-        }
-        nodes[node] = {action, static_cast<std::uint16_t>(offset)};
-        return node;
-    }
-
-    template <std::size_t size>
-    constexpr void add(NodeNumber node, const Row (&rows)[size], std::size_t offset = 0) {
-        for (const Row& row : rows)
-            add(node, row.path, row.action, offset + row.offset);
-    }
-
-    static constexpr std::size_t first_of(std::string_view text, char c) {
-        std::size_t at = 0;
-        while (at < text.size() && text[at] != c)
-            ++at;
-        return at;
-    }
-
-    constexpr void add_party(NodeNumber part, std::string_view party, std::string_view ultimate,
-                             std::string_view account, std::string_view agent, std::size_t offset) {
-        const NodeNumber parties = add(part, "RltdPties", Action::none);
-        const NodeNumber agents = add(part, "RltdAgts", Action::none);
-        add(add(parties, party, Action::none), party_rows, offset);
-        add(add(parties, ultimate, Action::none), ultimate_party_rows, offset);
-        add(add(parties, account, Action::none), party_account_rows, offset);
-        add(add(agents, agent, Action::none), party_agent_rows, offset);
-    }
-
-    constexpr Graph() {
-        const NodeNumber message =
-            add(outside, "BkToCstmrStmt|BkToCstmrAcctRpt|BkToCstmrDbtCdtNtfctn", Action::begin_message);
-        add(message, message_rows);
-        const NodeNumber statement = add(message, "Stmt|Rpt|Ntfctn", Action::begin_statement);
-        add(statement, statement_rows);
-        add(add(statement, "Bal", Action::begin_balance), balance_rows);
-        const NodeNumber entry = add(statement, "Ntry", Action::begin_entry);
-        add(entry, entry_rows);
-        add(entry, details_rows, TO(entry.details));
-        const NodeNumber part = add(entry, "NtryDtls/TxDtls", Action::begin_part);
-        add(part, part_rows);
-        add(part, details_rows, TO(part.details));
-        add_party(part, "Dbtr", "UltmtDbtr", "DbtrAcct", "DbtrAgt", TO(part.debtor));
-        add_party(part, "Cdtr", "UltmtCdtr", "CdtrAcct", "CdtrAgt", TO(part.creditor));
-    }
-};
-constexpr Graph graph;
+constexpr Graph make_graph() {
+    Graph graph;
+    const NodeNumber message =
+        graph.add(outside, "BkToCstmrStmt|BkToCstmrAcctRpt|BkToCstmrDbtCdtNtfctn", Action::begin_message);
+    graph.add(message, message_rows);
+    const NodeNumber statement = graph.add(message, "Stmt|Rpt|Ntfctn", Action::begin_statement);
+    graph.add(statement, statement_rows);
+    graph.add(graph.add(statement, "Bal", Action::begin_balance), balance_rows);
+    const NodeNumber entry = graph.add(statement, "Ntry", Action::begin_entry);
+    graph.add(entry, entry_rows);
+    graph.add(entry, details_rows, TO(entry.details));
+    const NodeNumber part = graph.add(entry, "NtryDtls/TxDtls", Action::begin_part);
+    graph.add(part, part_rows);
+    graph.add(part, details_rows, TO(part.details));
+    add_party(graph, part, "Dbtr", "UltmtDbtr", "DbtrAcct", "DbtrAgt", TO(part.debtor));
+    add_party(graph, part, "Cdtr", "UltmtCdtr", "CdtrAcct", "CdtrAgt", TO(part.creditor));
+    return graph;
+}
 static_assert(sizeof(Fields) < 0xFFFF);
 
 } // namespace
 
-NodeNumber find_child(NodeNumber parent, std::string_view name) {
-    if (name.empty()) return no_node;
-    for (unsigned at = hash(parent, name.data(), name.size()); graph.table[at] != 0;
-         at = (at + 1) % table_size) {
-        const Branch& branch = graph.branches[graph.table[at] - 1];
-        if (branch.parent == parent && branch.length == name.size() &&
-            is_same(branch.name, name.data(), name.size()))
-            return branch.child;
-    }
-    return no_node;
-}
-
-const Node& get_node(NodeNumber number) {
-    return graph.nodes[number];
-}
+constexpr Graph graph = make_graph();
 
 } // namespace velmora::camt

@@ -3,7 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+
+#include "xml/path_graph.h"
 
 namespace velmora::camt {
 
@@ -37,17 +38,9 @@ enum class Action : std::uint8_t {
     add_return_text,
 };
 
-struct Node {
-    Action action;
-    std::uint16_t offset;
-};
+using Graph = PathGraph<Action, 400, 400, 21>;
+using Node = Graph::Node;
 
-using NodeNumber = std::uint16_t;
-constexpr NodeNumber outside = 0; // of any message
-constexpr NodeNumber no_node = 0xFFFF;
-
-// The element of this name inside another one, or no_node. The name is a piece of a document.
-NodeNumber find_child(NodeNumber parent, std::string_view name);
-const Node& get_node(NodeNumber number);
+extern const Graph graph;
 
 } // namespace velmora::camt

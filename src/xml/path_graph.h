@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
+#include "xml/characters.h"
 #include "xml/reader.h"
 
 namespace velmora {
@@ -42,10 +44,11 @@ public:
         for (unsigned at = hash(parent, name); table_[at] != 0; at = (at + 1) % table_size) {
             const Branch& branch = branches_[table_[at] - 1];
             if (branch.parent != parent || branch.length != name.size()) continue;
-            std::size_t same = 0;
-            while (same < name.size() && branch.name[same] == name[same])
-                ++same;
-            if (same == name.size()) return branch.child;
+            // The name of an element has at least eight bytes of its document behind it, or zeros.
+            const bool is_found = std::is_constant_evaluated()
+                                      ? std::string_view(branch.name, branch.length) == name
+                                      : is_same(branch.name, name.data(), name.size());
+            if (is_found) return branch.child;
         }
         return no_node;
     }
@@ -75,7 +78,7 @@ private:
         NodeNumber parent;
         NodeNumber child;
         std::uint8_t length;
-        char name[max_name];
+        char name[max_name + 8]; // as much as a comparison may read
     };
     static constexpr unsigned table_size = max_branches <= 128 ? 256 : 1024;
     static_assert(max_branches * 2 <= table_size);

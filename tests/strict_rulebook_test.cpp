@@ -453,6 +453,20 @@ TEST(StrictRulebook, WhatIsAcceptedIsWrittenAndValid) {
             std::ofstream(folder / std::to_string(n)) << text;
         }
         EXPECT_GT(payments, 1000U);
+        // What looser rules accepted is written if it would be accepted now.
+        std::size_t documents = 0;
+        for (int n = 0; n < 400; ++n) {
+            const Message message(sepa_new(type));
+            ASSERT_EQ(sepa_setRulebook(message.get(), one_in(2) ? "DE-3.7" : "AT-6"), 1);
+            any_message(type, message.get());
+            ASSERT_EQ(sepa_setRulebook(message.get(), "DE-26.11"), 1);
+            const std::string text = document(message);
+            if (text.empty()) continue;
+            expect_national_rules(parts_of(text));
+            std::ofstream(folder / ("loose" + std::to_string(n))) << text;
+            ++documents;
+        }
+        EXPECT_GT(documents, 20U);
         const char* name = type == SEPA_MSGTYPE_DDI ? "/pain.008.001.08.xsd" : "/pain.001.001.09.xsd";
         const std::string schema = VELMORA_SCHEMAS + std::string(name);
         if (std::filesystem::exists(schema)) { // an old Debian has not all

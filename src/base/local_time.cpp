@@ -4,7 +4,7 @@ namespace velmora {
 
 int utc_offset_at(const Day& day, int second) {
     constexpr std::time_t one_day = 86400;
-    constexpr long seconds_in_minute = 60, largest = 14 * 60; // what a time in XML can hold
+    constexpr long seconds_in_minute = 60, largest = 14L * 60; // what a time in XML can hold
     std::tm parts{};
     parts.tm_year = day.year - 1900;
     parts.tm_mon = day.month - 1;

@@ -162,7 +162,8 @@ bool PaymentCheck::set_date(const Property& property, const char* value) {
 }
 
 bool PaymentCheck::set_time(const Property& property, const char* value) {
-    const std::size_t length = value == nullptr ? 0 : strnlen(value, property.longest + std::size_t{1});
+    if (value == nullptr) return failure_.fail(property.refusal);
+    const std::size_t length = strnlen(value, property.longest + std::size_t{1});
     if (length != property.shortest && length != property.longest) return failure_.fail(property.refusal);
     std::memcpy(payment.normal_time, "00:00:00", property.longest);
     std::memcpy(payment.normal_time, value, length);

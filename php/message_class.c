@@ -1,5 +1,6 @@
 /* The class SEPAMessage: a message with a rulebook of its own. The setters that it has in common with the
  * class SEPA are in sepa_class.c. */
+#include "message/add_all.h"
 #include "output_file.h"
 #include "property_list.h"
 
@@ -115,7 +116,7 @@ PHP_METHOD(SEPAMessage, save) {
 
 /* ------------------------------------------------------------------------------------------------------
  * Several payments, all of them or none: first they become lists, which may run the script's own code, then
- * all lists are tested, then all are added.
+ * library adds all of them or none.
  * --------------------------------------------------------------------------------------------------- */
 
 typedef struct {
@@ -184,19 +185,16 @@ static void append_array(payment_batch* batch, HashTable* array) {
 }
 
 static void add_batch(sepa_t* message, const payment_batch* batch, zval* return_value) {
-    for (uint32_t i = 0; i < batch->count; i++) {
-        if (!sepa_test(message, batch->payments[i].list.pairs)) {
-            throw_for_payment(&batch->payments[i], i, sepa_getError(message));
-            return;
-        }
+    size_t refused;
+    const char* const** lists = safe_emalloc(batch->count, sizeof *lists, 0);
+    for (uint32_t i = 0; i < batch->count; i++)
+        lists[i] = batch->payments[i].list.pairs;
+    if (velmora_add_all(message, lists, batch->count, &refused)) {
+        RETVAL_LONG(batch->count);
+    } else {
+        throw_for_payment(&batch->payments[refused], (uint32_t)refused, sepa_getError(message));
     }
-    for (uint32_t i = 0; i < batch->count; i++) {
-        if (!sepa_add(message, batch->payments[i].list.pairs)) {
-            throw_for_payment(&batch->payments[i], i, sepa_getError(message));
-            return;
-        }
-    }
-    RETVAL_LONG(batch->count);
+    efree(lists);
 }
 
 static void release_batch(payment_batch* batch) {
@@ -216,7 +214,6 @@ PHP_METHOD(SEPAMessage, addAll) {
     ZEND_PARSE_PARAMETERS_END();
 
     payment_batch batch = {0};
-    if (!message_or_throw(execute_data)) return;
     if (Z_TYPE_P(payments) == IS_ARRAY) {
         append_array(&batch, Z_ARRVAL_P(payments));
     } else if (Z_TYPE_P(payments) == IS_OBJECT &&
@@ -226,6 +223,7 @@ PHP_METHOD(SEPAMessage, addAll) {
         engine_refuse_argument(payments);
     }
     /* Asked for only now: the script's code may have called the constructor by hand. */
-    if (!EG(exception)) add_batch(this_object(execute_data)->handle, &batch, return_value);
+    sepa_t* message = EG(exception) ? NULL : message_or_throw(execute_data);
+    if (message) add_batch(message, &batch, return_value);
     release_batch(&batch);
 }

@@ -7,8 +7,11 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "failing_heap.h"
+#include "message/add_all.h"
 #include "message_builder.h"
 #include "statement_records.h"
 
@@ -101,6 +104,28 @@ TEST(Allocation, DocumentIsWholeOrMissing) {
         EXPECT_GT(growths, 7);
     }
     EXPECT_EQ(heap.unwiped, 0);
+}
+
+TEST(Allocation, BatchesAreAddedWholeOrNotAtAll) {
+    const Message message = complete_message(SEPA_MSGTYPE_DDI, "DE-3.7");
+    ASSERT_TRUE(add(message, direct_debit()));
+    const auto totals = [&] {
+        sepa_totals_t found{};
+        sepa_getTotals(message.get(), &found);
+        return std::tuple(found.payments, found.cents, found.blocks);
+    };
+    const auto before = totals();
+    const char* const payment[] = {"iban", "DE89370400440532013000", "amount", "2", "seq", "RCUR", nullptr};
+    const std::vector<const char* const*> payments(100, payment);
+    std::size_t refused = 0;
+    call_with_failing_allocations(
+        [&] { return velmora_add_all(message.get(), payments.data(), payments.size(), &refused); },
+        [&](int added) {
+            EXPECT_EQ(totals(), before);
+            EXPECT_GT(refused, 0u);
+            return added != 0;
+        });
+    EXPECT_EQ(totals(), std::tuple(101u, 21250, 1u));
 }
 
 TEST(Allocation, LookupsTellThatThereIsNoMemory) {

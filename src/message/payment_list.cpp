@@ -95,4 +95,12 @@ bool PaymentList::append(const Payment& payment) {
     return true;
 }
 
+void PaymentList::return_to(const End& end) {
+    last_ = end.last;
+    (last_ == nullptr ? first_ : last_->next_) = nullptr;
+    count_ = end.count;
+    text_count_ = end.text_count;
+    text_size_ = end.text_size;
+}
+
 } // namespace velmora

@@ -53,6 +53,16 @@ public:
     // changed.
     bool append(const Payment& payment);
 
+    // Where the list ends, and the way back there: what has been stored since is dropped.
+    struct End {
+        StoredPayment* last;
+        std::uint32_t count;
+        std::size_t text_count;
+        std::size_t text_size;
+    };
+    End end() const { return {last_, count_, text_count_, text_size_}; }
+    void return_to(const End& end);
+
     const StoredPayment* first() const { return first_; } // in the order of adding
     const StoredPayment* last() const { return last_; }
     std::uint32_t count() const { return count_; }

@@ -1,5 +1,5 @@
-# `cpack` makes the Debian packages: libvelmora2, the library; libvelmora-dev, what programs are compiled with; php-sepa,
-# which lets the PHP that the extension was built for load the same shared object; and velmora, the command line tool.
+# `cpack` makes the Debian packages: libvelmora2, the library; libvelmora-dev, what programs are compiled with;
+# php-sepa, which lets the PHP that the extension was built for load the same shared object; and velmora, the command line tool.
 set(VELMORA_MAINTAINER "libvelmora maintainers <maintainers@velmora.invalid>" CACHE STRING
     "Maintainer of the Debian packages, with an address")
 
@@ -48,8 +48,8 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONFLICTS libvelmora)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_REPLACES libvelmora)
 
 set(same_library "${library_package} (= ${PROJECT_VERSION}-1)")
-add_package(development libvelmora-dev libdevel "The header of libvelmora, its manual and documents, and what pkg-config and
-CMake need to find it.")
+add_package(development libvelmora-dev libdevel "The header of libvelmora, its manual and documents, and what
+pkg-config and CMake need to find it.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same_library}")
 
 if(TARGET velmora_tool AND CMAKE_VERSION VERSION_GREATER_EQUAL 3.20)
@@ -89,7 +89,8 @@ libvelmora.")
 
   foreach(script postinst prerm postrm)
     configure_file(cmake/debian/${script}.in ${debian}/${script} @ONLY
-                   FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+                   FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                                    WORLD_READ WORLD_EXECUTE)
     list(APPEND CPACK_DEBIAN_PHP_PACKAGE_CONTROL_EXTRA ${debian}/${script})
   endforeach()
 endif()

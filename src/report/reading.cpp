@@ -229,7 +229,7 @@ private:
             if (item->level == SEPA_REPORT_BLOCK) {
                 inherit_status(*item, group);
                 block = item;
-            } else {
+            } else if (block != nullptr) { // payments stand in blocks
                 inherit_status(*item, block);
                 item->blockId = block->blockId;
             }

@@ -143,6 +143,44 @@ class Filters(unittest.TestCase):
             self.assertEqual(one.returncode, 3)
 
 
+class AnyBytes(unittest.TestCase):
+    """Damaged input of every kind: one of the promised ends, and JSON that is some."""
+    OWN = "--name A --iban DE02120300000000202051"
+    BASES = (
+        (f"pay {OWN} --dry-run --errors json -", 'name;iban;amount;ref\nA;DE89370400440532013000;1,50;"x ""y"""\n'),
+        (f"collect {OWN} --creditor-id DE98ZZZ09999999999 --seq RCUR --skip-invalid --errors json --input tsv -",
+         "name\tiban\tamount\tmref\tmdate\nA\tDE89370400440532013000\t1.50\tM\t2024-01-01\n"),
+        ("check iban --column iban --input csv --output json -", 'id,iban\n1,DE89370400440532013000\n"2\n",x\n'),
+        ("check iban --filter --encoding UTF-16 --output jsonl", "DE89370400440532013000\nabc\n"),
+        ("statement --output json --pending --plot /dev/null -", (DATA / "pages.xml").read_text()),
+        ("statement --merge-pages --check --output jsonl -", (DATA.parents[2] / "examples/statement.mt940").read_text()),
+        ("report --output jsonl -", (DATA.parent / "reports/partly.xml").read_text()),
+    )
+
+    def test_ends_and_json(self):
+        chance = random.Random(7)
+        for number in range(700):
+            arguments, text = self.BASES[number % len(self.BASES)]
+            data = bytearray(text.encode("utf-16" if "UTF-16" in arguments else "utf-8"))
+            for _ in range(chance.randint(0, 5)):
+                place = chance.randrange(len(data))
+                if chance.random() < .4:
+                    data[place] = chance.randrange(256)
+                else:
+                    data[place:place + chance.randint(0, 20)] = bytes(chance.choices(b'\n\r\t";,\0\\<>&x9\xc3\xff',
+                                                                                   k=chance.randint(1, 4)))
+            result = run(arguments, bytes(data))
+            # A table without the column that was asked for is the caller's mistake.
+            ends = (0, 1, 2, 3) if "--column" in arguments else (0, 1, 3)
+            self.assertIn(result.returncode, ends, (arguments, data, result.stderr))
+            if "--output json " in arguments and result.returncode < 2:
+                json.loads(result.stdout)
+            for line in result.stdout.splitlines() if "jsonl" in arguments else ():
+                json.loads(line)
+            for line in result.stderr.splitlines() if "--errors json" in arguments else ():
+                json.loads(line)
+
+
 class Archives(unittest.TestCase):
     """ZIP files of statements: read in the order of their names, and refused when they mean harm."""
 

@@ -136,10 +136,13 @@ void Bulk::find_columns(const Row& header, Text file) {
     }
 }
 
+// An empty file has no first row; that is no fault where no header is needed.
 void Bulk::begin_table(const Row& first, Text file) {
     Text rest = wanted_columns();
     has_names_ = small_number(trim(take_until(rest, ','))) <= 0;
-    find_columns(first, file);
+    const bool empty = first.fields.empty();
+    if (empty && has_names_ && !is_filter_) fail(Exit::input, file, "empty: a header line is needed");
+    if (!empty || !has_names_) find_columns(first, file);
     if (output_.has_value()) {
         if (first.fields.size() == width_) return;
         fail(Exit::input, file, "other columns than in the file before");
@@ -172,7 +175,7 @@ void Bulk::begin_table(const Row& first, Text file) {
         return;
     }
     output_->begin_behind_raw();
-    if (!has_names_ || options_.given(Opt::no_header)) return;
+    if (empty || !has_names_ || options_.given(Opt::no_header)) return;
     output_->raw() << first.raw;
     for (const Column& column : columns_)
         output_->raw() << delimiter_ << column.name;
@@ -262,6 +265,7 @@ void Bulk::answer_file(const char* path, Tally& tally) {
         } else if (first == Reader::Result::damaged) {
             fail(Exit::input, file.name(), reader.error());
         } else {
+            begin_table(row_, file.name());
             return;
         }
     }

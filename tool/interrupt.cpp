@@ -1,15 +1,18 @@
 #include "interrupt.h"
 
 #include <csignal>
+#include <unistd.h>
 
 namespace velmora::tool {
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+volatile std::sig_atomic_t interrupts = 0;
 
 void on_interrupt(int signal) {
     (void)signal;
-    interrupted = 1;
+    // Patience has an end: what waits for a reader that does not read goes on waiting.
+    interrupts = interrupts + 1;
+    if (interrupts >= 3) _exit(128 + SIGINT);
 }
 
 } // namespace
@@ -18,18 +21,17 @@ void watch_interrupts() {
     // Not restarted: a read that waits has to end.
     struct sigaction action {};
     action.sa_handler = on_interrupt;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     // A reader that left ends this quietly, whatever the parent set.
     (void)std::signal(SIGPIPE, SIG_DFL);
 }
 
 bool is_interrupted() {
-    return interrupted != 0;
+    return interrupts != 0;
 }
 
 void end_if_interrupted() {
-    if (interrupted == 0) return;
+    if (interrupts == 0) return;
     (void)std::signal(SIGINT, SIG_DFL);
     (void)std::raise(SIGINT);
 }

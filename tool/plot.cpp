@@ -146,7 +146,7 @@ Plot::Account& Plot::account_of(const Statement& statement, const Options& optio
         if (shown == account->name && Text(statement.record->openCurrency) == account->currency)
             return *account;
     auto* account = new (allocate(sizeof(Account))) Account{};
-    std::memcpy(account->name, shown.data(), shown.size());
+    if (!shown.empty()) std::memcpy(account->name, shown.data(), shown.size());
     std::memcpy(account->currency, statement.record->openCurrency, sizeof account->currency);
     accounts_.add(account);
     return *account;

@@ -86,7 +86,7 @@ bool Decoder::decode(Text bytes, bool last, Buffer& out) {
         ++in;
         --left;
     }
-    std::memmove(rest_.data(), in, left);
+    if (left > 0) std::memmove(rest_.data(), in, left);
     rest_.set_size(left);
     return true;
 }

@@ -14,30 +14,37 @@ const IBANS = ['DE89370400440532013000', 'DE44701500001739563912', 'DE4168090000
     'DE04370501983129819318', 'DE10100400000069249100', 'AT792011100012345678', 'CH4900700110000847218'];
 const STATEMENT_FILE_SIZE = 30000000;
 
-/** Adds and writes direct debits. */
-function direct_debits(int $count): string
+/** Adds and writes direct debits, beside making the same arrays and joining their texts. */
+function direct_debits(int $count, bool $at_once = false): string
 {
     SEPA::init(SEPA_INIT_RULEBOOK, 'DE-3.5');
+    $made = hrtime(true);
     $payments = [];
     for ($i = 0; $i < $count; $i++) {
         $payments[] = ['name' => "Mitglied $i", 'iban' => IBANS[$i % 6], 'amount' => 10 + $i % 1000 / 100,
             'seq' => 'RCUR', 'mref' => "M-$i", 'mdate' => '2026-01-31', 'id' => "BEITRAG-$i",
             'ref' => "Mitgliedsbeitrag 2027, Mitglied $i"];
     }
+    $joined = strlen(implode('', array_map('implode', $payments)));
     $start = hrtime(true);
-    $message = new SEPA(SEPA_MSGTYPE_DDI);
+    $message = $at_once ? new SEPAMessage(SEPA_MSGTYPE_DDI, 'DE-26.11') : new SEPA(SEPA_MSGTYPE_DDI);
     $message->setName('Turnverein');
     $message->setIBAN('DE89370400440532013000');
     $message->setBIC('COBADEFFXXX');
     $message->setCreditorIdentifier('DE98ZZZ09999999999');
-    foreach ($payments as $payment) {
-        $message->add($payment);
+    if ($at_once) {
+        $message->addAll($payments);
+    } else {
+        foreach ($payments as $payment) {
+            $message->add($payment);
+        }
     }
     $added = hrtime(true);
     $document = $message->toXML();
     $written = hrtime(true);
-    return sprintf('add %.3f s, toXML %.3f s, together %.3f s, %.1f MB', ($added - $start) / 1e9,
-        ($written - $added) / 1e9, ($written - $start) / 1e9, strlen($document) / 1e6);
+    return sprintf('add %.3f s, toXML %.3f s, together %.3f s (%.2f times their making), %.1f MB of %.1f',
+        ($added - $start) / 1e9, ($written - $added) / 1e9, ($written - $start) / 1e9,
+        ($written - $start) / ($start - $made), strlen($document) / 1e6, $joined / 1e6);
 }
 
 /** Calls a static method a million times; the loop itself is taken off. */
@@ -98,9 +105,42 @@ function statements(): string
         ($read - $loaded) / 1e9, filesize($path) / 1e6, array_sum(array_map('count', array_column($statements, 'tx'))));
 }
 
+/** Loads a camt file of 39,000 entries, some of them batches, and reads it in a loop and as nested arrays. */
+function camt(): string
+{
+    $sample = file_get_contents(__DIR__ . '/../examples/statement.xml');
+    $begin = strpos($sample, '<Ntry>');
+    $end = strrpos($sample, '</Ntry>') + strlen('</Ntry>');
+    preg_match_all('~<Ntry>.*?</Ntry>~s', $sample, $entries);
+    $entries = $entries[0];
+    $path = tempnam(sys_get_temp_dir(), 'camt');
+    register_shutdown_function('unlink', $path);
+    $file = fopen($path, 'w');
+    fwrite($file, substr($sample, 0, $begin));
+    for ($i = 0; $i < 39000; $i++) {
+        fwrite($file, $entries[$i % count($entries)] . "\n");
+    }
+    fwrite($file, substr($sample, $end));
+    fclose($file);
+    $start = hrtime(true);
+    $reader = new SEPAStatementReader;
+    $reader->load(SEPA_STMT_FORMAT_CAMT, $path);
+    $loaded = hrtime(true);
+    $count = 0;
+    foreach ($reader->getBookings() as $booking) {
+        $count++;
+    }
+    $walked = hrtime(true);
+    $statements = $reader->getStatements();
+    $read = hrtime(true);
+    return sprintf('load %.3f s, getBookings %.3f s, getStatements %.3f s, %.1f MB file, %d bookings',
+        ($loaded - $start) / 1e9, ($walked - $loaded) / 1e9, ($read - $walked) / 1e9, filesize($path) / 1e6, $count);
+}
+
 $workloads = [
     'direct_debits_10000' => function () { return direct_debits(10000); },
     'direct_debits_100000' => function () { return direct_debits(100000); },
+    'addAll_100000' => function () { return direct_debits(100000, true); },
     'IBAN_check' => function () {
         return static_calls('empty_loop', function ($count) {
             for ($i = 0; $i < $count; $i++) {
@@ -124,6 +164,7 @@ $workloads = [
         });
     },
     'statements' => 'statements',
+    'camt' => 'camt',
 ];
 
 /** The highest resident memory of the process so far, in MB. */

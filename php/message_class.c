@@ -116,7 +116,7 @@ PHP_METHOD(SEPAMessage, save) {
 
 /* ------------------------------------------------------------------------------------------------------
  * Several payments, all of them or none: first they become lists, which may run the script's own code, then
- * library adds all of them or none.
+ * the library adds all of them or none.
  * --------------------------------------------------------------------------------------------------- */
 
 typedef struct {

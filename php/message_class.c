@@ -1,5 +1,7 @@
 /* The class SEPAMessage: a message with a rulebook of its own. The setters that it has in common with the
  * class SEPA are in sepa_class.c. */
+#include "engine.h" /* the first: it says which of libc's functions there are */
+
 #include "message/add_all.h"
 #include "output_file.h"
 #include "property_list.h"

@@ -233,7 +233,9 @@ int sepa_add(sepa_t* message, const char* const* pairs);
  * Selects a rulebook for one message. The message then no longer follows sepa_init() and reads nothing
  * process-wide: messages of different rulebooks stand side by side, on different threads, too.
  *
- * What is in the message already is not checked again, but "DE-26.11" checks it before it writes it.
+ * What is in the message already is not checked again, but "DE-26.11" checks it before it writes it, and what
+ * only that rulebook can write makes sepa_toXML() fail under others: "Not supported by the selected SEPA
+ * rulebook".
  *
  * @param message  a message of either type.
  * @param rulebook as for sepa_init().

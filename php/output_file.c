@@ -61,6 +61,7 @@ static bool replace_file(const char* path, const char* data, size_t size) {
 
 const char* write_whole_file(const char* path, const char* data, size_t size) {
     if (php_check_open_basedir(path)) return strerror(EPERM);
+    if (!*path) return strerror(ENOENT);
     char* full = expand_filepath(path, NULL); /* a link leads to the file itself */
     if (!full) return strerror(ENAMETOOLONG);
     const char* reason = replace_file(full, data, size) ? NULL : strerror(errno);

@@ -15,6 +15,14 @@ bool read_payment(PaymentCheck& check, sepa_t& message, const char* const* pairs
     return check_payment(check.payment, message, rulebook);
 }
 
+// Whether another rulebook would leave something of an accepted payment out.
+bool is_extended(const Payment& payment, bool is_direct_debit) {
+    constexpr FieldSet lines_beside_structure = fields(Field::address_line_1, Field::address_line_2);
+    constexpr FieldSet extended = ~(fields(first_extended_field) - 1) | lines_beside_structure;
+    return payment.instant || payment.urgent || payment.has(extended) ||
+           (is_direct_debit && payment.has(Field::purpose));
+}
+
 bool add(sepa_t& message, const char* const* pairs, const Rulebook& rulebook) {
     PaymentCheck check(rulebook, message.type, message.failure);
     if (!read_payment(check, message, pairs, rulebook)) return false;
@@ -25,6 +33,8 @@ bool add(sepa_t& message, const char* const* pairs, const Rulebook& rulebook) {
     message.control_sum += payment.amount;
     message.cents = add_cents(message.cents, to_cents(payment.amount));
     if (!is_strict(rulebook)) message.has_loose_values = true;
+    if (knows_extended_keys(rulebook) && is_extended(payment, message.type == SEPA_MSGTYPE_DDI))
+        message.has_extended_payments = true;
     return true;
 }
 

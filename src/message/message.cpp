@@ -17,7 +17,11 @@ int sepa_setRulebook(sepa_t* message, const char* rulebook) {
     if (message == nullptr) return 0;
     const char* const name = rulebook == nullptr ? "(null)" : rulebook;
     const Rulebook* found = find_rulebook(name);
-    if (found == nullptr) return message->failure.fail_with("Unknown SEPA rulebook '%s'", name);
+    if (found == nullptr) {
+        message->failure.fail_with("Unknown SEPA rulebook '%s'", name);
+        if (counts_characters(rulebook_of(*message))) message->failure.keep_whole_characters();
+        return 0;
+    }
     message->rulebook = found;
     return 1;
 }

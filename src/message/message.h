@@ -42,9 +42,10 @@ struct sepa {
     velmora::RetiredId* retired_ids = nullptr;
     velmora::PaymentList payments;
     velmora::Defaults defaults;
-    double control_sum = 0;        // euros, added in the order of adding
-    std::int64_t cents = 0;        // the same exactly
-    bool has_loose_values = false; // accepted under a rulebook that is not strict
+    double control_sum = 0;             // euros, added in the order of adding
+    std::int64_t cents = 0;             // the same exactly
+    bool has_loose_values = false;      // accepted under a rulebook that is not strict
+    bool has_extended_payments = false; // that a rulebook without the extended keys cannot write whole
     std::uint32_t direct_debit_type = SEPA_DDTYPE_CORE;
     std::uint8_t batch_booking = 1;
 };

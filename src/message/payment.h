@@ -50,6 +50,7 @@ enum class Field : std::uint8_t {
 constexpr std::size_t field_count = static_cast<std::size_t>(Field::count);
 constexpr Field first_structured_field = Field::department;
 constexpr std::size_t structured_field_count = 13;
+constexpr Field first_extended_field = Field::instruction_id;
 
 // Some of the fields; one bit each.
 using FieldSet = std::uint64_t;

@@ -1,7 +1,6 @@
 #include "message/property_values.h"
 
 #include <cerrno>
-#include <cmath>
 #include <cstring>
 
 #include "bank/bic.h"
@@ -144,8 +143,8 @@ bool PaymentCheck::set_amount(const char* value) {
     const bool out_of_range = errno == ERANGE;
     if (*end != '\0') return failure_.fail("Invalid amount");
     if (amount == 0) return failure_.fail(out_of_range ? "Invalid amount" : "Empty amount not allowed");
-    if (out_of_range && std::isinf(amount)) return failure_.fail("Invalid amount");
-    if (amount < 0) return failure_.fail("Negative or zero amount not allowed");
+    if (amount < 0)
+        return failure_.fail(out_of_range ? "Invalid amount" : "Negative or zero amount not allowed");
     if (amount >= too_large)
         return failure_.fail(is_strict(rulebook_) ? "Amount too large" : "Invalid amount");
     payment.amount = round_to_cents(amount);

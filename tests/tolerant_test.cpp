@@ -45,6 +45,7 @@ TEST(Tolerant, FilesGiveTheirRecords) {
 TEST(Tolerant, AmountsAreExactOrFail) {
     struct {
         const char *written, *amount;
+        bool ends_earlier = false; // in a booking, where more follows
     } const cases[] = {
         {"12,5", "12.5"},
         {"12", "12"},
@@ -70,15 +71,23 @@ TEST(Tolerant, AmountsAreExactOrFail) {
         {"1,234.5", nullptr},
         {"-1", nullptr},
         {"+1", nullptr},
-        {"1e3N", nullptr},
+        {"1e3N", nullptr, true},
         {"0,000001", nullptr},
         {"92233720368547,75807", nullptr},
+        {"1'234,56", nullptr},
+        {"1 234,56", nullptr},
+        {"1,00-", nullptr},
         {"0,10000000000000000001", nullptr},
     };
     for (const auto& test : cases) {
         const std::string file = std::string(":20:A\n:60F:C260101EUR") + test.written + "\n";
         const std::string records = read(file),
                           expected = std::string("EUR saldo=") + (test.amount != nullptr ? test.amount : "?");
+        const bool fails = test.amount == nullptr && !test.ends_earlier;
+        EXPECT_EQ(read(std::string(":20:A\n:61:260101C") + test.written + " NTRF")
+                      .starts_with("Line 2: the amount"),
+                  fails)
+            << test.written;
         if (test.amount == nullptr)
             EXPECT_EQ(records, "Line 2: the amount of a balance\n");
         else

@@ -131,6 +131,13 @@ void set_references(BookingPiece& piece, const Part& part) {
     info.batchPaymentId = part.batch.payment_id;
 }
 
+// Of direct debits only: elsewhere the same identifications are a party's passport or register number.
+void set_identifications(sepa_stmt_tx_t& booking, const Part& part) {
+    if (booking.mref == nullptr && !is_direct_debit(booking.gvc)) return;
+    booking.cred = first_of(booking.cred, part.creditor.any_id());
+    booking.debt = first_of(booking.debt, part.debtor.any_id());
+}
+
 // A record of the part that has been read; without one the part is empty.
 bool fill(Reading& reading, BookingPiece& piece, const Amount& amount, Sign sign) {
     const Part& part = reading.fields.part;
@@ -151,17 +158,13 @@ bool fill(Reading& reading, BookingPiece& piece, const Amount& amount, Sign sign
     set_counterpart(piece, find_counterpart(part, sign, first_of(statement.iban, statement.account)));
     set_references(piece, part);
     const Charges& charges = details.charges.chosen() != nullptr ? details.charges : entry.charges;
-    const bool done = set_codes(reading, piece, details.codes, entry.codes) &&
-                      set_charges(reading, piece, charges) &&
-                      reading.remittance.take(reading.records, booking) &&
-                      reading.return_text.take(reading.records, info.returnText);
-    if (!done) return out_of_memory(reading);
-
-    // Elsewhere the same identifications are a party's passport or register number.
-    if (booking.mref != nullptr || is_direct_debit(booking.gvc)) {
-        if (booking.cred == nullptr) booking.cred = part.creditor.any_id();
-        if (booking.debt == nullptr) booking.debt = part.debtor.any_id();
-    }
+    if (!set_codes(reading, piece, details.codes, entry.codes) || !set_charges(reading, piece, charges))
+        return out_of_memory(reading);
+    set_identifications(booking, part);
+    if (!reading.remittance.take(reading.records, booking) ||
+        !reading.return_text.take(reading.records, info.returnText))
+        return out_of_memory(reading);
+    set_identifications(booking, part); // the mandate may be among the keywords
     return true;
 }
 

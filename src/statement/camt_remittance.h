@@ -19,18 +19,16 @@ public:
 
     void clear() {
         text_.clear();
-        keywords_at_ = nowhere;
+        has_keywords_ = false;
     }
 
-    // Gives the text to a booking and forgets it. If one of the texts began with a keyword, what stands from
-    // there on is split by keywords; what the booking knows already stays. False without memory.
+    // Gives the text to a booking and forgets it. Each of the texts that begins with a keyword is split by
+    // keywords; what the booking knows already stays. False without memory.
     bool take(RecordPool& records, sepa_stmt_tx_t& booking);
 
 private:
-    static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
-
     JoinedText text_;
-    std::size_t keywords_at_ = nowhere;
+    bool has_keywords_ = false; // one of the texts begins with one
 };
 
 } // namespace velmora::camt

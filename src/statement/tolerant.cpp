@@ -134,8 +134,8 @@ bool read_balance(Reader& reader, const Field& field) {
 // What a field's other lines hold, if nothing else reads them.
 bool keep_other_lines(Reader& reader, const Field& field) {
     for (char *at = field.rest, *next; at < field.rest_end; at = next) {
-        char* const end = reader.lines.find_end(at, next);
-        if (!add_text(reader, reader.statement_text, trim(at, end))) return false;
+        const std::string_view text = trim(at, reader.lines.find_end(at, next));
+        if (!is_lone_hyphen(text) && !add_text(reader, reader.statement_text, text)) return false;
     }
     return true;
 }

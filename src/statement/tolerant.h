@@ -85,6 +85,11 @@ inline bool looks_like_bic(std::string_view text) {
     return true;
 }
 
+// The line of a statement's end, where the statement goes on: it tells nothing.
+inline bool is_lone_hyphen(std::string_view line) {
+    return line == "-";
+}
+
 // Adds a text that is a piece of the file, if there is anything in it. False without memory.
 bool add_text(Reader& reader, JoinedText& text, std::string_view piece);
 

@@ -142,8 +142,13 @@ bool read_amount(char*& at, const char* end, std::int64_t& exact, double& neares
     amount.decimals = static_cast<int>(std::min<std::ptrdiff_t>(group, 1000));
     if (has_comma ? !groups_fit : points > 1 || (points == 1 && group > 2)) return false;
     if (!has_comma && points == 0) amount.decimals = 0;
+    const char* const number_end = at;
     while (at != end && *at == ' ')
         ++at;
+    // Half of an amount is none: "1'234,56", "1 234,56", "1,2,3".
+    const bool goes_on = at == number_end ? at != end && std::strchr(".,'-+", *at) != nullptr
+                                          : !has_comma && points == 0 && is_digit(*at);
+    if (goes_on) return false;
     exact = amount.exact();
     if (amount.empty || exact == no_exact_amount) return false;
     if (amount.decimals > exact_decimals) {
@@ -174,7 +179,7 @@ bool read_booking(Reader& reader, const Field& field) {
         std::string_view text = trim(at, reader.lines.find_end(at, next));
         if (text.starts_with("//") && text.size() > 2 && piece->booking.bankref == nullptr)
             piece->booking.bankref = const_cast<char*>(text.data()) + 2;
-        else if (!add_text(reader, reader.booking_text, text))
+        else if (!is_lone_hyphen(text) && !add_text(reader, reader.booking_text, text))
             return false;
     }
     return true;

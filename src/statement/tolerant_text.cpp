@@ -448,7 +448,7 @@ bool read_codes(Reader& reader, char* begin, char* end) {
 
 bool has_keywords(char* begin, char* end) {
     bool found = false;
-    visit_characters(begin, end, '+', '+', [&](const char* mark) {
+    visit_characters(begin, end, '+', ':', [&](const char* mark) {
         if (mark - begin < 4 || find_keyword(mark - 4) == nullptr) return;
         found |= mark - begin == 4 || mark[-5] == ' ';
     });

@@ -91,13 +91,17 @@ void append_overview(Buffer& out) {
 // mdoc takes a line that begins with a point, and a backslash, for its own.
 void append_mdoc(Buffer& out, Text text) {
     if (!text.empty() && (text.front() == '.' || text.front() == '\'')) out << "\\&";
-    for (const char c : text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        // A new sentence begins a new line, as mdoc wants it.
+        const bool ends_sentence =
+            c == ' ' && i > 0 && text[i - 1] == '.' && is_letter(piece(text, i, 2).back());
         if (c == '\\')
             out << "\\e";
         else if (c == '-')
             out << "\\-";
         else
-            out << c;
+            out << (ends_sentence ? '\n' : c);
     }
 }
 

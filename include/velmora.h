@@ -276,7 +276,7 @@ typedef struct sepa_totals {
 } sepa_totals_t;
 
 /**
- * Tells what is in a message. Nothing in it changes.
+ * Tells what is in a message. Nothing in it changes, and a failure here, too, makes no later call fail.
  *
  * @param message a message of either type, under every rulebook.
  * @param totals  where the answer is stored.

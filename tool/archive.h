@@ -10,7 +10,7 @@ public:
     struct Member {
         Text name;
         std::uint32_t method, checksum;
-        std::uint64_t offset, packed, size;
+        std::size_t offset, packed, size;
     };
 
     static bool is_one(Text data);

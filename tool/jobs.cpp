@@ -98,7 +98,9 @@ void Ring::answer_piece(std::uint64_t number, Tally& tally) {
     const std::uint64_t start = piece_start(number), end = start + piece_size;
     // A row belongs to the piece that it begins in: one that began before is left out.
     const bool known = firsts_.size() > number;
-    const std::uint64_t from = known ? firsts_[number] : number == 0 ? start : start - 1;
+    const std::uint64_t from = known         ? firsts_[static_cast<std::size_t>(number)]
+                               : number == 0 ? start
+                                             : start - 1;
     if (known && from == UINT64_MAX) return;
 
     Decoder decoder(sub::check, nullptr, false);

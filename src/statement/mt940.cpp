@@ -178,7 +178,8 @@ Outcome read_booking(Reader& reader, sepa_stmt_t& statement, const Line& line) {
     // Deliberate: a debit counts 255 times, the eight bits of -1; programs tell debits by that.
     const std::uint8_t factor = mark == 'D' ? 255 : 1;
     booking->amount = factor * amount;
-    if (mark == 'D') {
+    // The reversal of a credit takes money off the account, that of a debit does not, whatever the factor.
+    if ((mark == 'D') != (booking->reversal != 0)) {
         piece->debit = 1;
         if (piece->signed_amount != no_exact_amount) piece->signed_amount = -piece->signed_amount;
     }

@@ -51,7 +51,9 @@ Sum to_exact(double amount) {
 // The signed amount of a booking that has no exact one.
 double nearest_amount(const sepa_stmt_parser_t& parser, const sepa_stmt_tx_t& booking, bool debit) {
     if (parser.format != SEPA_STMT_FORMAT_MT940) return booking.amount;
-    return debit ? booking.amount / -255 : booking.amount;
+    const bool counts_255_times = debit != (booking.reversal != 0);
+    const double amount = counts_255_times ? booking.amount / 255 : booking.amount;
+    return debit ? -amount : amount;
 }
 
 bool is_missing(const struct tm& date, const char* currency) {

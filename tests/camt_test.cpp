@@ -1,7 +1,6 @@
 // camt.052, camt.053 and camt.054: the records they give, what is refused, and that no shape takes long.
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "command.h"
+#include "cpu_time.h"
 #include "statement_records.h"
 
 namespace {
@@ -168,16 +168,8 @@ TEST(Camt, NoShapeTakesLong) {
     for (const auto& [name, make] : shapes) {
         const auto seconds = [&, make = &make](int count) {
             const std::string document = (*make)(count);
-            double best = 1e9;
-            for (int i = 0; i < 3; ++i) {
-                timespec begin{}, end{};
-                clock_gettime(CLOCK_THREAD_CPUTIME_ID, &begin);
-                EXPECT_NE(sepa_stmt_parser_getStatement(parsed(document).get()), nullptr);
-                clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
-                best = std::min(best, static_cast<double>(end.tv_sec - begin.tv_sec) +
-                                          static_cast<double>(end.tv_nsec - begin.tv_nsec) * 1e-9);
-            }
-            return best;
+            return cpu_seconds(
+                [&] { EXPECT_NE(sepa_stmt_parser_getStatement(parsed(document).get()), nullptr); });
         };
         const double once = seconds(4000);
         EXPECT_LT(seconds(32000), once * 32 + 0.01) << name;

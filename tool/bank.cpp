@@ -82,10 +82,24 @@ bool Lookup::answer(Text value, Output& out) {
     return false;
 }
 
+// Letters of ISO 8859-1 in UTF-8, too: names are in capitals here and in small letters there.
+bool is_same_letter(Text a, Text b, std::size_t i) {
+    const auto upper = [i](Text text) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        const bool is_small = i > 0 && text[i - 1] == '\xc3' && c >= 0xa0 && c <= 0xbe && c != 0xb7;
+        return is_small ? static_cast<char>(c - 0x20) : to_upper(text[i]);
+    };
+    return upper(a) == upper(b);
+}
+
 bool contains_ignoring_case(const char* text, Text wanted) {
     if (text == nullptr) return false;
-    for (Text rest = text; rest.size() >= wanted.size(); rest.remove_prefix(1))
-        if (equals_ignoring_case(piece(rest, 0, wanted.size()), wanted)) return true;
+    for (Text rest = text; rest.size() >= wanted.size(); rest.remove_prefix(1)) {
+        std::size_t same = 0;
+        while (same < wanted.size() && is_same_letter(rest, wanted, same))
+            ++same;
+        if (same == wanted.size()) return true;
+    }
     return false;
 }
 

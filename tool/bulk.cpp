@@ -160,8 +160,8 @@ void Bulk::begin_table(const Row& first, Text file) {
     const Form form = options_.given(Opt::output) ? wanted_form(options_) : input_form;
     check_form(form);
     hands_through_ = form == input_form && !(options_.given(Opt::mask));
-    for (const std::size_t index : indexes_)
-        if (index < width_) columns_[index].kind = Kind::account;
+    for (std::size_t i = 0; i < task_.inputs; ++i)
+        if (indexes_[i] < width_) columns_[indexes_[i]].kind = Kind::account;
     List<Column> appended;
     for (const Column& column : task_.columns)
         appended.add(named_apart(column));

@@ -10,12 +10,13 @@ namespace {
 constexpr Column columns[] = {
     {"iban", Kind::account}, {"bic"}, {"status", Kind::number, true}, {"account"}, {"text"}};
 
-const char* explain(int result, int status) {
+const char* explain(bool fits, int result, int status) {
+    if (!fits) return "not a bank code of 8 digits and an account of 1 to 10 digits";
     if (result == 0) return "the bank's IBAN rule is not known";
     if (result == -3) return "bank code unknown";
     switch (status) {
     case 0:
-        return result == 1 ? nullptr : "not a bank code of 8 digits and an account of 1 to 10 digits";
+        return result == 1 ? nullptr : "no IBAN by the bank's rule";
     case 1:
         return "account replaced by the bank's rule";
     case 10:
@@ -55,7 +56,7 @@ bool answer(void* context, const Text* inputs, Output& out) {
                                       : Text("invalid"));
     else
         out.null();
-    out.text_or_null(explain(result, status));
+    out.text_or_null(explain(fits, result, status));
     return built;
 }
 

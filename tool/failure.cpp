@@ -18,6 +18,14 @@ void append_harmless(Buffer& out, Text text) {
         out << (static_cast<unsigned char>(c) < ' ' || c == 0x7F ? ' ' : c);
 }
 
+// A header may be a data row of many megabytes that somebody took for one.
+Text beginning(Text text, std::size_t most) {
+    if (text.size() <= most) return text;
+    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80)
+        --most;
+    return piece(text, 0, most);
+}
+
 } // namespace
 
 void set_errors_json(bool json) {
@@ -26,6 +34,7 @@ void set_errors_json(bool json) {
 
 void report(const Finding& finding) {
     const bool has_line = finding.line > 0;
+    const Text key = beginning(finding.key, 100), text = beginning(finding.text, 1000);
     Buffer out;
     if (errors_json) {
         out << "{\"file\":";
@@ -33,13 +42,13 @@ void report(const Finding& finding) {
         out << ",\"line\":";
         has_line ? out << finding.line : out << "null";
         out << ",\"key\":";
-        append_json_or_null(out, finding.key);
+        append_json_or_null(out, key);
         out << ",\"code\":";
         finding.code >= 0 ? out << finding.code : out << "null";
         out << ",\"position\":";
         finding.position >= 0 ? out << finding.position : out << "null";
         out << ",\"text\":";
-        append_json(out, finding.text);
+        append_json(out, text);
         constexpr Text levels[] = {"error", "warning", "note"};
         out << ",\"level\":\"" << levels[static_cast<int>(finding.level)] << "\"}\n";
     } else {
@@ -47,11 +56,11 @@ void report(const Finding& finding) {
         if (has_line) out << ':' << finding.line;
         out << ": ";
         if (finding.level == Level::warning) out << "warning: ";
-        if (!finding.key.empty()) {
-            append_harmless(out, finding.key);
+        if (!key.empty()) {
+            append_harmless(out, key);
             out << ": ";
         }
-        append_harmless(out, finding.text);
+        append_harmless(out, text);
         out << '\n';
     }
     hide_progress();

@@ -4,6 +4,8 @@
 #include <unistd.h>
 #include <velmora.h>
 
+#include "rulebook_table.h"
+
 namespace velmora::tool {
 namespace {
 
@@ -173,21 +175,47 @@ void append_manual(Buffer& out) {
            "The output could not be written.\n.It 5\nOut of memory.\n.El\n.Sh SEE ALSO\n.Xr velmora 3\n";
 }
 
-// name=choice choice ... of what follows an option.
+// What can follow an option.
 void append_choices(Buffer& out, const OptionRow& row) {
+    if (row.id == Opt::rulebook) {
+        for (const RulebookRow& rulebook : rulebook_table())
+            out << (&rulebook == rulebook_table().data() ? "" : " ") << rulebook.name;
+        return;
+    }
     for (Text rest = row.argument == nullptr ? "" : row.argument; !rest.empty();) {
         out << take_until(rest, '|');
         if (!rest.empty()) out << ' ';
     }
 }
 
+bool has_choices(const OptionRow& row) {
+    return is_choice(row) || row.id == Opt::rulebook;
+}
+
 bool takes_file(const OptionRow& row) {
     return row.argument != nullptr && Text(row.argument) == "FILE";
 }
 
+// The first operand, where it is a word.
+void append_operands(Buffer& out, Subcommand subcommand) {
+    if (subcommand != sub::check && subcommand != sub::help && subcommand != sub::rulebooks) return;
+    out << " operands='";
+    if (subcommand == sub::check) out << "iban bic account reference creditor";
+    if (subcommand == sub::help)
+        for (const SubcommandRow& row : subcommand_table())
+            out << row.name << ' ';
+    if (subcommand == sub::rulebooks)
+        for (const RulebookRow& rulebook : rulebook_table())
+            out << rulebook.name << ' ';
+    out << '\'';
+}
+
 void append_bash(Buffer& out) {
     out << "# bash completion for velmora\n_velmora() {\n"
-           "    local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} options=\n"
+           "    local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} options= operands=\n"
+           "    # bash takes --name=value apart\n"
+           "    if [[ $cur == = ]]; then cur=; elif [[ $prev == = ]]; then prev=${COMP_WORDS[COMP_CWORD-2]}; "
+           "fi\n"
            "    case $prev in\n";
     for (const OptionRow& row : option_table()) {
         if (row.argument == nullptr) continue;
@@ -198,7 +226,7 @@ void append_bash(Buffer& out) {
             continue;
         }
         out << ") COMPREPLY=(";
-        if (is_choice(row)) {
+        if (has_choices(row)) {
             out << "$(compgen -W '";
             append_choices(out, row);
             out << "' -- \"$cur\")";
@@ -213,12 +241,14 @@ void append_bash(Buffer& out) {
         out << "        " << row.name << ") options='";
         for (const OptionRow& option : option_table())
             if ((option.subcommands & row.id) != 0) out << "--" << option.name << ' ';
-        out << "' ;;\n";
+        out << '\'';
+        append_operands(out, row.id);
+        out << " ;;\n";
     }
     out << "    esac\n"
            "    if [[ $cur == -* ]]; then\n        COMPREPLY=($(compgen -W \"$options\" -- \"$cur\"))\n"
-           "    elif [[ ${COMP_WORDS[1]} == check ]] && ((COMP_CWORD == 2)); then\n"
-           "        COMPREPLY=($(compgen -W 'iban bic account reference creditor' -- \"$cur\"))\n"
+           "    elif [[ -n $operands ]] && ((COMP_CWORD == 2)); then\n"
+           "        COMPREPLY=($(compgen -W \"$operands\" -- \"$cur\"))\n"
            "    else\n        COMPREPLY=($(compgen -f -- \"$cur\"))\n    fi\n}\n"
            "complete -o filenames -F _velmora velmora\n";
 }
@@ -250,9 +280,9 @@ void append_zsh(Buffer& out) {
             out << ']';
             if (option.argument != nullptr) {
                 out << ':';
-                is_choice(option) ? out << "value" : out << option.argument;
+                has_choices(option) ? out << "value" : out << option.argument;
                 out << ':';
-                if (is_choice(option)) {
+                if (has_choices(option)) {
                     out << '(';
                     append_choices(out, option);
                     out << ')';
@@ -281,7 +311,7 @@ void append_fish(Buffer& out) {
         out << "' -l " << option.name;
         if (option.letter != 0) out << " -s " << option.letter;
         if (option.argument != nullptr) out << (takes_file(option) ? " -r" : " -x");
-        if (is_choice(option)) {
+        if (has_choices(option)) {
             out << " -a '";
             append_choices(out, option);
             out << '\'';

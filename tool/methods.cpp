@@ -10,7 +10,7 @@ namespace {
 
 constexpr Column echo[] = {{"method"}};
 constexpr Column answer_columns[] = {{"result", Kind::number, true}};
-constexpr Column list_columns[] = {{"method"}, {"checked"}, {"banks", Kind::number}};
+constexpr Column list_columns[] = {{"method", Kind::text, true}, {"checked"}, {"banks", Kind::number}};
 
 // The two characters as a hexadecimal number, or -1.
 int method_number(Text method) {

@@ -69,8 +69,14 @@ void Output::choose_columns(const Options& options) {
             fail_usage(options.subcommand(), "no column of the answer is called", name);
         chosen_[found] = true;
     }
-    for (std::size_t i = 0; i < columns_.size(); ++i)
-        if (chosen_[i]) shown_.add(columns_[i]);
+    bool has_code = form_ != Form::code;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (!chosen_[i]) continue;
+        shown_.add(columns_[i]);
+        has_code |= columns_[i].is_code;
+    }
+    if (!has_code)
+        fail_usage(options.subcommand(), "the answer has no code: --output code has nothing to print");
 }
 
 void Output::header() {

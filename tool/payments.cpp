@@ -37,7 +37,7 @@ private:
     bool add(const Payment& payment);
     Text find_culprit(const Payment& payment);
     Exit read_rows();
-    Exit write();
+    Exit write(Output& out);
     void name_file(Buffer& out, std::size_t number) const;
     Exit write_documents();
 
@@ -83,9 +83,11 @@ Payments::~Payments() {
 
 void Payments::set(bool done, sepa_t* message, Opt option) const {
     if (done) return;
+    Text why = sepa_getError(message) == nullptr ? "out of memory" : sepa_getError(message);
+    // Some texts of the library name its function first.
+    if (why.starts_with("sepa_") && why.find(": ") != Text::npos) why.remove_prefix(why.find(": ") + 2);
     Buffer what;
-    what << "--" << option_table()[static_cast<std::size_t>(option)].name << ": "
-         << (sepa_getError(message) == nullptr ? Text("out of memory") : Text(sepa_getError(message)));
+    what << "--" << option_table()[static_cast<std::size_t>(option)].name << ": " << why;
     fail_usage(options_.subcommand(), what.view());
 }
 
@@ -126,7 +128,7 @@ sepa_t* Payments::make_message(std::size_t number) {
     return message;
 }
 
-// What the library says when a key is not there.
+// What the library says when a key is not there, or has one number too many.
 constexpr struct {
     Text text, key;
 } missing_texts[] = {{"IBAN missing", "iban"},
@@ -135,15 +137,28 @@ constexpr struct {
                      {"Name missing", "name"},
                      {"Sequence type missing", "seq"},
                      {"Mandate reference missing", "mref"},
-                     {"Mandate signature date missing", "mdate"}};
+                     {"Mandate signature date missing", "mdate"},
+                     {"Address needs town and country", "addrTown"},
+                     {"Amount too large", "amount"}};
 
-// The key without which the payment would be refused for another reason, or not at all; empty when there is
-// none.
+Text missing_key(Text why) {
+    for (const auto& missing : missing_texts)
+        if (missing.text == why) return missing.key;
+    return {};
+}
+
+// The key that is refused when it stands alone, or else the one without which the payment would be refused
+// for another reason than that it is missing, or not at all; empty when there is none.
 Text Payments::find_culprit(const Payment& payment) {
     Buffer why;
     why << Text(sepa_getError(probe_));
-    for (const auto& missing : missing_texts)
-        if (missing.text == why.view()) return missing.key;
+    const Text missing = missing_key(why.view());
+    if (missing == "addrTown" && !payment.value(missing).empty()) return "addrCC";
+    if (!missing.empty()) return missing;
+    for (std::size_t i = 0; i + 1 < payment.pairs.size(); i += 2) {
+        const char* const alone[] = {payment.pairs[i], payment.pairs[i + 1], nullptr};
+        if (sepa_test(probe_, alone) != 1 && why.view() == sepa_getError(probe_)) return payment.pairs[i];
+    }
     for (std::size_t left_out = 0; left_out + 1 < payment.pairs.size(); left_out += 2) {
         List<const char*> others;
         for (std::size_t i = 0; i + 1 < payment.pairs.size(); i += 2) {
@@ -152,7 +167,9 @@ Text Payments::find_culprit(const Payment& payment) {
             others.add(payment.pairs[i + 1]);
         }
         others.add(nullptr);
-        if (sepa_test(probe_, others.data()) == 1 || why.view() != sepa_getError(probe_))
+        if (sepa_test(probe_, others.data()) == 1 ||
+            (why.view() != sepa_getError(probe_) &&
+             missing_key(sepa_getError(probe_)) != payment.pairs[left_out]))
             return payment.pairs[left_out];
     }
     return {};
@@ -243,7 +260,7 @@ Exit Payments::write_documents() {
     return Exit::good;
 }
 
-Exit Payments::write() {
+Exit Payments::write(Output& out) {
     std::int64_t sum = 0;
     std::uint64_t blocks = 0, payments = 0;
     for (const Message& message : messages_) {
@@ -261,7 +278,6 @@ Exit Payments::write() {
     }
     warnings_.tell(name_, options_, payments);
     if (!has_summary) return Exit::good;
-    Output out(options_, wanted_form(options_), columns);
     out.header();
     out.number(static_cast<std::int64_t>(messages_.size()));
     out.number(static_cast<std::int64_t>(blocks));
@@ -273,6 +289,8 @@ Exit Payments::write() {
 }
 
 Exit Payments::run() {
+    Output out(options_, wanted_form(options_),
+               columns); // wrong options end the tool before anything is written
     const Exit end = read_rows();
     if (end != Exit::good) return end;
     if (is_interrupted()) {
@@ -291,7 +309,7 @@ Exit Payments::run() {
         report({.file = name_, .text = summary.view(), .level = Level::note});
     }
     if (!writes) return Exit::refused;
-    return worse(write(), refused_ > 0 ? Exit::refused : Exit::good);
+    return worse(write(out), refused_ > 0 ? Exit::refused : Exit::good);
 }
 
 } // namespace

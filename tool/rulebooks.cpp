@@ -65,9 +65,12 @@ constexpr KeyRow keys[] = {
     {"addrCC", "2 capitals", "country", both, always},
 };
 
-constexpr Column rulebook_columns[] = {{"rulebook"}, {"direct_debit"}, {"credit_transfer"}};
-constexpr Column key_columns[] = {
-    {"key"}, {"limit"}, {"credit_transfer", Kind::boolean}, {"direct_debit", Kind::boolean}, {"meaning"}};
+constexpr Column rulebook_columns[] = {{"rulebook", Kind::text, true}, {"direct_debit"}, {"credit_transfer"}};
+constexpr Column key_columns[] = {{"key", Kind::text, true},
+                                  {"limit"},
+                                  {"credit_transfer", Kind::boolean},
+                                  {"direct_debit", Kind::boolean},
+                                  {"meaning"}};
 
 void write_keys(const RulebookRow& rulebook, Output& out) {
     for (const KeyRow& row : keys) {

@@ -44,10 +44,11 @@ public:
         for (unsigned at = hash(parent, name); table_[at] != 0; at = (at + 1) % table_size) {
             const Branch& branch = branches_[table_[at] - 1];
             if (branch.parent != parent || branch.length != name.size()) continue;
-            // The name of an element has at least eight bytes of its document behind it, or zeros.
-            const bool is_found = std::is_constant_evaluated()
-                                      ? std::string_view(branch.name, branch.length) == name
-                                      : is_same(branch.name, name.data(), name.size());
+            // The name of an element has at least eight bytes of its document behind it, or zeros. (Were it
+            // constant, compilers would try to evaluate it while they compile.)
+            bool is_found = std::is_constant_evaluated()
+                                ? std::string_view(branch.name, branch.length) == name
+                                : is_same(branch.name, name.data(), name.size());
             if (is_found) return branch.child;
         }
         return no_node;

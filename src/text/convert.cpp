@@ -129,6 +129,14 @@ char32_t peek(const char* at, const char* end) {
     return character == no_character ? 0 : character;
 }
 
+// What stands behind the marks of the letter before, of which there are few.
+char32_t peek_behind_marks(const char* at, const char* end) {
+    constexpr int most_marks = 4;
+    for (int marks = 0; marks < most_marks && is_combining_mark(peek(at, end)); ++marks)
+        next_character(at, end);
+    return peek(at, end);
+}
+
 class Converter {
 public:
     Converter(std::string_view text, Permitted permitted, Output& out)
@@ -186,7 +194,7 @@ private:
         char utf8[4], buffer[longest_transliteration];
         std::string_view text(utf8, put_character(character, utf8));
         const bool stays = permitted_.holds(text);
-        if (!stays) text = transliterate(character, before_, peek(at_, end_), buffer);
+        if (!stays) text = transliterate(character, before_, peek_behind_marks(at_, end_), buffer);
         if (!out_.put(text)) {
             at_ = begin;
             note_change(begin);

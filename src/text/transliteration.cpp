@@ -165,11 +165,15 @@ char32_t narrow(char32_t character) {
 }
 
 char32_t compose(char32_t letter, char32_t mark) {
-    constexpr char32_t diaeresis = 0x308, breve = 0x306;
+    constexpr char32_t diaeresis = 0x308, breve = 0x306, grave = 0x300, acute = 0x301, macron = 0x304,
+                       caron = 0x30C;
     constexpr char32_t pairs[][3] = {
         {U'A', diaeresis, U'Ä'}, {U'O', diaeresis, U'Ö'}, {U'U', diaeresis, U'Ü'}, {U'a', diaeresis, U'ä'},
         {U'o', diaeresis, U'ö'}, {U'u', diaeresis, U'ü'}, {U'І', diaeresis, U'Ї'}, {U'і', diaeresis, U'ї'},
-        {U'И', breve, U'Й'},     {U'и', breve, U'й'},
+        {U'И', breve, U'Й'},     {U'и', breve, U'й'},     {U'Ä', macron, U'Ǟ'},    {U'Ö', macron, U'Ȫ'},
+        {U'Ü', macron, U'Ǖ'},    {U'Ü', acute, U'Ǘ'},     {U'Ü', caron, U'Ǚ'},     {U'Ü', grave, U'Ǜ'},
+        {U'ä', macron, U'ǟ'},    {U'ö', macron, U'ȫ'},    {U'ü', macron, U'ǖ'},    {U'ü', acute, U'ǘ'},
+        {U'ü', caron, U'ǚ'},     {U'ü', grave, U'ǜ'},
     };
     for (const auto& [from, with, to] : pairs)
         if (from == letter && with == mark) return to;

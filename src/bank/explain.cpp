@@ -169,21 +169,22 @@ int sepa_bic_explain(const char* bic, sepa_finding_t* finding) {
     if (length > bic_length)
         return store_at(finding, SEPA_FINDING_TOO_LONG, {bic_length, length - bic_length}, bic_length,
                         wrong_bic);
-    if (length != head_office_bic_length && length != bic_length)
-        return store_at(finding, SEPA_FINDING_TOO_SHORT, {length, 0},
-                        length < head_office_bic_length ? head_office_bic_length : bic_length,
-                        wrong_bic_form);
-
     char upper[bic_length + 1];
     upper_case_bic(bic, upper);
     const std::size_t wrong = find_wrong_bic_character(upper);
-    if (wrong != length) {
+    const bool has_length = length == head_office_bic_length || length == bic_length;
+    // What no BIC has anywhere is the fault, not the length that it gives the text.
+    if (wrong != length && (has_length || !is_letter_or_digit(upper[wrong]))) {
         const std::int32_t code = wrong < 4   ? SEPA_FINDING_BIC_BANK
                                   : wrong < 6 ? SEPA_FINDING_BIC_COUNTRY
                                   : wrong < 8 ? SEPA_FINDING_BIC_LOCATION
                                               : SEPA_FINDING_CHARACTER;
         return store_at(finding, code, character_at(bic, wrong), 0, wrong_bic_form);
     }
+    if (!has_length)
+        return store_at(finding, SEPA_FINDING_TOO_SHORT, {length, 0},
+                        length < head_office_bic_length ? head_office_bic_length : bic_length,
+                        wrong_bic_form);
     return sepa_bic_getBank(bic, nullptr) == 1
                ? store(finding, 1, SEPA_FINDING_OK, valid)
                : store(finding, 1, SEPA_FINDING_UNCHECKED, "Valid in its form; not in the directory");

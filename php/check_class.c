@@ -162,6 +162,20 @@ static int explain_reference(const char* reference, sepa_finding_t* finding) {
     return -1;
 }
 
+/* The check digits that the message would take in the identifier, or 0. */
+static int32_t find_check_digits(sepa_t* message, const char* identifier) {
+    char tried[36];
+    size_t length = strlen(identifier);
+    if (length >= sizeof tried) return 0;
+    memcpy(tried, identifier, length + 1);
+    for (int digits = 2; digits <= 98; digits++) {
+        tried[2] = (char)('0' + digits / 10);
+        tried[3] = (char)('0' + digits % 10);
+        if (sepa_setCreditorIdentifier(message, tried)) return digits;
+    }
+    return 0;
+}
+
 /* EPC262-08, by the rulebook that looks at all of it. Its check is the setter of a message. */
 PHP_METHOD(SEPACheck, creditorIdentifier) {
     static const text_form form = {"AA00", 8, 35};
@@ -178,6 +192,8 @@ PHP_METHOD(SEPACheck, creditorIdentifier) {
         is_valid = sepa_setRulebook(message, "DE-26.11") && sepa_setCreditorIdentifier(message, identifier);
         finding = is_valid ? finding_without_place(SEPA_FINDING_OK, "Valid") : find_place(identifier, &form);
         if (!is_valid) finding.text = sepa_getError(message);
+        if (finding.code == SEPA_FINDING_CHECK_DIGITS)
+            finding.expected = find_check_digits(message, identifier);
     }
     return_finding(return_value, is_valid, &finding);
     sepa_free(message);
@@ -234,7 +250,9 @@ PHP_METHOD(SEPACheck, convert) {
 
     char iban[36] = "", bic[12] = "";
     int status = 0, account_result = 0;
-    bool is_built = !has_zero_byte(bank_code, bank_code_length) && !has_zero_byte(account, account_length) &&
+    /* Letters, which the library puts into the IBAN as they are, make no account. */
+    bool is_built = !has_zero_byte(bank_code, bank_code_length) &&
+                    strspn(account, "0123456789") == account_length &&
                     sepa_iban_convert2("DE", account, bank_code, iban, &status, &account_result) == 1;
     bool has_bic = is_built && sepa_iban_getBIC(iban, bic) == 1 && *bic;
     array_init_size(return_value, 4);

@@ -223,7 +223,7 @@ final class SEPACheck
     /**
      * An IBAN as it was typed, without blanks and "IBAN" in front, in capitals. Nothing is checked.
      *
-     * @return string|null null when it is too long for an IBAN
+     * @return string|null null when it is far too long for an IBAN (64 or more), or has a zero byte
      */
     public static function normalise(string $text): ?string {}
 

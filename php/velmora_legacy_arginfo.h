@@ -1,5 +1,5 @@
 /* This is a generated file, edit the .stub.php file instead.
- * Stub hash: ccd42ce111c2bee237e43724a99f90e22eed529f */
+ * Stub hash: 9814d7cbc2129904952626beadfac7e5a0bb7ab6 */
 
 ZEND_BEGIN_ARG_INFO_EX(arginfo_class_SEPAMessage___construct, 0, 0, 1)
 	ZEND_ARG_INFO(0, type)

@@ -184,7 +184,7 @@ array_map('unlink', glob("$folder/*"));
 rmdir($folder);
 ?>
 --EXPECT--
-96 calls
+97 calls
 
 Bookings:
 before load() -> [[],[]]

@@ -39,14 +39,12 @@ bool read_booking_date(char*& at, const struct tm& value, struct tm& booked) {
 struct Mark {
     bool is_debit = false;
     bool is_reversal = false;
-    bool is_expected = false;
 };
 
 // C, D, RC, RD, EC or ED and the third letter of the currency, which may be missing.
 bool read_mark(char*& at, Mark& mark) {
     mark.is_reversal = *at == 'R';
-    mark.is_expected = *at == 'E';
-    if (mark.is_reversal || mark.is_expected) ++at;
+    if (mark.is_reversal || *at == 'E') ++at; // expected ones, where a bank writes them, count like others
     if (*at != 'C' && *at != 'D') return false;
     mark.is_debit = (*at == 'D') != mark.is_reversal;
     ++at;
@@ -97,7 +95,7 @@ const char* scan_booking(BookingPiece& piece, char* at, char* end) {
     piece.info.debit = mark.is_debit ? 1 : 0;
     piece.info.signedAmount = mark.is_debit ? -exact : exact;
     piece.info.entryAmount = booking.amount;
-    std::memcpy(piece.info.status, mark.is_expected ? "PDNG" : "BOOK", sizeof piece.info.status);
+    std::memcpy(piece.info.status, "BOOK", sizeof piece.info.status);
     if (has_type(at)) {
         std::memcpy(booking.code, at + 1, 3);
         at += 4;

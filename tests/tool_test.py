@@ -134,7 +134,9 @@ class Filters(unittest.TestCase):
         one = run(f"check iban --column IBAN {table}")
         self.assertEqual(one.returncode, 0, one.stderr)
         self.assertEqual(one.stdout.count(b",true,"), len(rows))
-        self.assertEqual(one.stdout, run(f"check iban --column IBAN {table} --jobs 4").stdout)
+        for form in ("csv", "tsv", "table", "json", "jsonl", "code"):
+            command = f"check iban --column IBAN {table} --output {form} --jobs"
+            self.assertEqual(run(f"{command} 1").stdout, run(f"{command} 4").stdout, form)
         for cut in (b'"open\n', b'1,"a" b,c\n'):
             damaged = Path(self.folder.name) / "damaged.csv"
             damaged.write_bytes(table.read_bytes() + cut + b"1,2,3\n" * 300_000)

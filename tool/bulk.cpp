@@ -273,6 +273,8 @@ void Bulk::answer_file(const char* path, Tally& tally) {
     if (jobs != 1) {
         if (!file.is_regular() || decoder.is_used())
             fail_usage(options_.subcommand(), "--jobs shares regular files in UTF-8, not", file.name());
+    }
+    if (jobs != 1 && output_->has_separate_rows()) {
         output_->flush();
         output_->keep();
         const Jobs work{.count = jobs > 0 ? static_cast<std::size_t>(jobs)

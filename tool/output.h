@@ -48,6 +48,8 @@ public:
     void keep() { kept_ = true; }
     Buffer& kept() { return buffer_; }
 
+    // Rows of a table and of a JSON array depend on those before: several processes cannot write them.
+    [[nodiscard]] bool has_separate_rows() const { return form_ != Form::table && form_ != Form::json; }
     // Then code() is all of a row that is worth the work.
     [[nodiscard]] bool wants_code_only() const { return form_ == Form::code; }
     void code(std::int64_t value) { buffer_ << value; }

@@ -7,6 +7,7 @@
 #include "written_file.h"
 
 #include <cstdlib>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <velmora.h>
 
@@ -72,6 +73,12 @@ Payments::Payments(const Options& options)
         fail_usage(subcommand, "--creditor-id is missing: the own creditor identifier");
     if (options.given(Opt::strict) && options.given(Opt::skip_invalid))
         fail_usage(subcommand, "--strict and --skip-invalid exclude each other");
+    struct stat in {
+    }, written{};
+    if (options.given(Opt::out) && stat(path_, &in) == 0 && S_ISREG(in.st_mode) &&
+        stat(options.c_str(Opt::out), &written) == 0 && in.st_dev == written.st_dev &&
+        in.st_ino == written.st_ino)
+        fail_usage(subcommand, "--out would overwrite the payments:", path_);
     sepa_init(SEPA_INIT_RULEBOOK, rulebook_->name);
 }
 

@@ -165,6 +165,7 @@ char32_t narrow(char32_t character) {
 }
 
 char32_t compose(char32_t letter, char32_t mark) {
+    if (!is_combining_mark(mark)) return 0;
     constexpr char32_t diaeresis = 0x308, breve = 0x306, grave = 0x300, acute = 0x301, macron = 0x304,
                        caron = 0x30C;
     constexpr char32_t pairs[][3] = {

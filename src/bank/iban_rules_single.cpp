@@ -66,11 +66,14 @@ static int rule_5_method_13(char* iban, ConversionContext& context, const IbanRu
 // refuses before it looks, so they are completed and checked again.
 static int rule_5_method_76(char* iban, ConversionContext& context, const IbanRule& rule) {
     const ShiftedAccount shifted(context.account);
-    if (begins_with(context.account, "00") &&
-        (context.account_result == account_valid_shifted ||
-         (context.account_result == account_invalid &&
-          sepa_account_check(shifted.digits, context.method) == account_valid)))
+    const bool may_be_completed = begins_with(context.account, "00");
+    if (may_be_completed && context.account_result == account_invalid &&
+        sepa_account_check(shifted.digits, context.method) == account_valid) {
         set_account(context, shifted.digits);
+        context.account_result = account_valid;
+    } else if (may_be_completed && context.account_result == account_valid_shifted) {
+        set_account(context, shifted.digits);
+    }
     return standard_iban(iban, context, rule);
 }
 
